@@ -1,0 +1,53 @@
+#include "app/core_controller.h"
+
+namespace kivra {
+
+CoreController::CoreController(Services& services)
+    : services_(services),
+      settings_(services.settings()),
+      router_(settings_, services.platform.clock) {}
+
+std::shared_ptr<CoreController> CoreController::create(Services& services) {
+  const std::shared_ptr<CoreController> controller(new CoreController(services));
+  controller->router_.setDelegate(controller);
+  return controller;
+}
+
+void CoreController::start() {
+  if (eventTap_) return;
+  eventTap_ = std::make_unique<EventTap>(
+      services_.platform.eventTaps, services_.platform.log,
+      [weak = weak_from_this()](const Event& event, EventType type) {
+        const auto controller = weak.lock();
+        return controller && controller->handle(event, type);
+      });
+  eventTap_->start();
+}
+
+void CoreController::restart() {
+  eventTap_.reset();
+  start();
+}
+
+bool CoreController::handle(const Event& event, EventType type) {
+  return settings_.isEnabled() && router_.handle(event, type);
+}
+
+void CoreController::routerDidRequestManualSwitch() { services_.layoutSwitcher().manualSwitch(); }
+
+void CoreController::routerDidRequestUndo() {
+  const auto action = services_.undoStack.takeLast();
+  if (!action) return;
+  action->undo();
+  if (action->learnedToken) services_.exceptions().add(*action->learnedToken);
+}
+
+void CoreController::routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) {
+  services_.layoutSwitcher().keyTyped(keyCode, flags);
+}
+
+bool CoreController::routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) {
+  return services_.layoutSwitcher().wordBoundary(keyCode);
+}
+
+}  // namespace kivra

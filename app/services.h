@@ -1,0 +1,43 @@
+#pragma once
+
+#include "ui/permissions.h"
+#include "layout/exception_store.h"
+#include "layout/key_output.h"
+#include "layout/keycode_map.h"
+#include "layout/layout_switcher.h"
+#include "layout/replacement_store.h"
+#include "layout/undo_stack.h"
+#include "layout/word_validator.h"
+#include "platform/platform.h"
+#include "settings/settings_store.h"
+#include "settings/user_defaults.h"
+#include "support/lazy.h"
+
+namespace kivra {
+
+/// The shared instances of one run of the program on one desktop. Each is made at its first use and
+/// kept until the run ends; making one wires in the others that it uses.
+class Services {
+ public:
+  explicit Services(const Platform& platform);
+  Services(const Services&) = delete;
+  Services& operator=(const Services&) = delete;
+
+  const Platform platform;
+
+ private:
+  UserDefaults defaults_;
+
+ public:
+  UndoStack undoStack;
+  Lazy<SettingsStore> settings;
+  Lazy<Permissions> permissions;
+  Lazy<ExceptionStore> exceptions;
+  Lazy<ReplacementStore> replacements;
+  Lazy<KeycodeMap> keycodeMap;
+  Lazy<WordValidator> wordValidator;
+  Lazy<KeyOutput> keyOutput;
+  Lazy<LayoutSwitcher> layoutSwitcher;
+};
+
+}  // namespace kivra

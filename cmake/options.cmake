@@ -1,0 +1,17 @@
+# Compiler options of all our own code, through the interface library kivra_options.
+
+add_library(kivra_options INTERFACE)
+target_compile_options(
+  kivra_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
+                          -Woverloaded-virtual $<$<BOOL:${KIVRA_WERROR}>:-Werror>)
+
+if(KIVRA_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                      -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+if(KIVRA_FUZZ)
+  # Coverage for the fuzzers; their own main comes with -fsanitize=fuzzer.
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()

@@ -1,0 +1,164 @@
+#include "layout/layout_switcher.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "platform/events.h"
+#include "support/text.h"
+
+namespace kivra {
+
+namespace {
+
+/// The words of one letter, in lower case.
+bool isSingleLetterWord(std::string_view letter, std::string_view language) {
+  constexpr std::array<std::string_view, 8> russian = {"а", "в", "и", "к", "о", "с", "у", "я"};
+  constexpr std::array<std::string_view, 2> english = {"a", "i"};
+  return language == "ru" ? std::ranges::find(russian, letter) != russian.end()
+                          : std::ranges::find(english, letter) != english.end();
+}
+
+bool isOneLetter(std::string_view text) {
+  return text::characterCount(text) == 1 && text::isAllLetters(text);
+}
+
+/// Whether an entry of the skip list, in lower case, stands for the identifier.
+bool covers(std::string_view entry, std::string_view identifier) {
+  if (entry.empty()) return false;
+  if (!entry.ends_with('.')) return identifier == entry;
+  return identifier.starts_with(entry) || identifier == entry.substr(0, entry.size() - 1);
+}
+
+}  // namespace
+
+LayoutSwitcher::LayoutSwitcher(const Environment& environment)
+    : map_(environment.map),
+      validator_(environment.validator),
+      settings_(environment.settings),
+      replacements_(environment.replacements),
+      exceptions_(environment.exceptions),
+      output_(environment.output),
+      workspace_(environment.workspace),
+      changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack)),
+      replacementApplication_(replacements_, exceptions_, *changer_),
+      fixes_(settings_, validator_, exceptions_, *changer_) {}
+
+void LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
+  if (keyCode == key_codes::deleteKey) {
+    if (!word_.empty()) word_.pop_back();
+    return;
+  }
+  const auto shift = (flags & event_flags::shift) != 0;
+  if (map_.isWordKey(keyCode, shift)) {
+    word_.push_back({keyCode, shift});
+  } else {
+    word_.clear();
+    suppressAutoForCurrentWord_ = false;
+  }
+}
+
+bool LayoutSwitcher::wordBoundary(std::optional<std::uint16_t> trigger) {
+  const auto word = word_;
+  word_.clear();
+  const auto suppressed = std::exchange(suppressAutoForCurrentWord_, false);
+  if (trigger) {
+    lastWord_ = word;
+    lastTrigger_ = trigger;
+    if (!suppressed && !word.empty()) return processWord(word, *trigger);
+  }
+  history_.clear();
+  return false;
+}
+
+bool LayoutSwitcher::isSkippedApp() const {
+  const auto identifier = workspace_.frontmostBundleIdentifier();
+  if (!identifier) return false;
+  const auto lowered = text::lowercased(*identifier);
+  return std::ranges::any_of(settings_.skipBundleIDs(), [&](const std::string& entry) {
+    return covers(text::lowercased(entry), lowered);
+  });
+}
+
+bool LayoutSwitcher::processWord(const Word& word, std::uint16_t trigger) {
+  if (map_.russian() == nullptr || map_.english() == nullptr) return false;
+  const auto language = map_.currentLanguage();
+  if ((language != "ru" && language != "en") || isSkippedApp()) return false;
+  const auto isRussian = language == "ru";
+  const auto& from = isRussian ? *map_.russian() : *map_.english();
+  const auto& to = isRussian ? *map_.english() : *map_.russian();
+  const FinishedWord finished{word, trigger, from, to, KeycodeMap::text(word, from)};
+  if (finished.typed.empty()) return false;
+  if (workspace_.isSecureEventInputEnabled() || WordValidator::looksLikeSecret(finished.typed)) {
+    history_.clear();
+    return false;
+  }
+  if (replacementApplication_.apply(finished, history_)) {
+    history_.clear();
+    return true;
+  }
+  remember({word, trigger});
+  return decide(finished);
+}
+
+void LayoutSwitcher::remember(const HistoryEntry& entry) {
+  history_.push_back(entry);
+  const auto limit = std::max<std::size_t>(1, replacements_.maxWords());
+  if (history_.size() > limit) {
+    history_.erase(history_.begin(), history_.end() - static_cast<std::ptrdiff_t>(limit));
+  }
+}
+
+bool LayoutSwitcher::decide(const FinishedWord& word) {
+  if (!settings_.autoSwitchEnabled()) return false;
+  if (exceptions_.contains(text::lowercased(word.typed))) return false;
+  const auto converted = KeycodeMap::text(word.word, word.to);
+  if (word.word.size() == 1) return switchShortWord(word, converted);
+  return switchLongWord(word, converted) || fixes_.apply(word);
+}
+
+bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {
+  if (!isOneLetter(word.typed) || !isOneLetter(converted)) return false;
+  if (isSingleLetterWord(text::lowercased(word.typed), word.from.language())) return false;
+  if (!isSingleLetterWord(text::lowercased(converted), word.to.language())) return false;
+  switchLayout(word);
+  return true;
+}
+
+bool LayoutSwitcher::switchLongWord(const FinishedWord& word, const std::string& converted) {
+  if (!text::isAllLetters(converted) || validator_.isValid(word.typed, word.from.language()) ||
+      !validator_.isValid(converted, word.to.language())) {
+    return false;
+  }
+  switchLayout(word);
+  return true;
+}
+
+void LayoutSwitcher::switchLayout(const FinishedWord& word) {
+  const auto count = word.word.size();
+  changer_->change(
+      UndoStack::ActionKind::layoutSwitch, word.typed,
+      {.deletes = count, .select = &word.to, .words = {{word.word, word.trigger}}},
+      {.deletes = count + 1, .select = &word.from, .words = {{word.word, word.trigger}}});
+}
+
+void LayoutSwitcher::manualSwitch() {
+  if (map_.russian() == nullptr || map_.english() == nullptr) return;
+  const auto language = map_.currentLanguage();
+  if (!language) return;
+  const auto& to = language == "ru" ? *map_.english() : *map_.russian();
+  if (!word_.empty()) {
+    suppressAutoForCurrentWord_ = true;
+    output_.postDeletes(word_.size());
+    output_.selectLayout(to);
+    output_.retype(word_);
+  } else if (!lastWord_.empty() && lastTrigger_) {
+    changer_->type({.deletes = lastWord_.size() + 1,
+                    .select = &to,
+                    .words = {{lastWord_, *lastTrigger_}}});
+  }
+}
+
+}  // namespace kivra

@@ -1,0 +1,70 @@
+#include "layout/word_fixes.h"
+
+#include <algorithm>
+#include <string>
+
+#include "layout/edit_distance.h"
+#include "support/text.h"
+
+namespace kivra {
+
+namespace {
+
+/// Shift on the first two keystrokes and on no other; Caps Lock is not recorded and does not count.
+bool startsWithTwoCapitals(const Word& word) {
+  return word.size() >= 3 && word[0].shift && word[1].shift &&
+         std::none_of(word.begin() + 2, word.end(), [](const Keystroke& key) { return key.shift; });
+}
+
+constexpr std::size_t shortestCorrectedWord = 4;
+
+std::size_t largestAcceptedDistance(std::string_view typed) {
+  return text::characterCount(typed) < 7 ? 1 : 2;
+}
+
+}  // namespace
+
+bool WordFixes::apply(const FinishedWord& word) {
+  if (!text::isAllLetters(word.typed)) return false;
+  return fixDoubleCapital(word) || correctTypo(word);
+}
+
+bool WordFixes::fixDoubleCapital(const FinishedWord& word) {
+  if (!settings_.autoFixDoubleCapitals() || !startsWithTwoCapitals(word.word)) return false;
+  auto fixed = word.word;
+  fixed[1].shift = false;
+  changer_.change(UndoStack::ActionKind::doubleCapital, word.typed,
+                  {.deletes = word.word.size(), .words = {{fixed, word.trigger}}},
+                  {.deletes = word.word.size() + 1, .words = {{word.word, word.trigger}}});
+  return true;
+}
+
+bool WordFixes::correctTypo(const FinishedWord& word) {
+  const auto& [keys, trigger, from, to, typed] = word;
+  if (!settings_.autoCorrectTypos() || keys.size() < shortestCorrectedWord) return false;
+  if (validator_.isValid(typed, from.language())) return false;
+  const auto guess = validator_.correction(typed, from.language());
+  if (!guess) return false;
+  const auto fixed = matchCase(typed, *guess);
+  if (fixed == typed) return false;
+  const auto fixedLowered = text::lowercased(fixed);
+  if (editDistance(text::lowercased(typed), fixedLowered) > largestAcceptedDistance(typed)) {
+    return false;
+  }
+  if (exceptions_.contains(fixedLowered)) return false;
+  changer_.change(
+      UndoStack::ActionKind::correct, typed,
+      {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
+      {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});
+  return true;
+}
+
+std::string matchCase(std::string_view typed, std::string_view guess) {
+  const auto first = text::firstCharacter(guess);
+  if (!text::isUppercase(text::firstCharacter(typed)) || !text::isLowercase(first)) {
+    return std::string(guess);
+  }
+  return text::uppercased(first) + std::string(guess.substr(first.size()));
+}
+
+}  // namespace kivra

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "layout/exception_store.h"
+#include "layout/finished_word.h"
+#include "layout/word_changer.h"
+#include "layout/word_validator.h"
+#include "settings/settings_store.h"
+
+namespace kivra {
+
+/// The two fixes of a word that stays in its layout: two capitals at the start, and a close
+/// misspelling.
+class WordFixes {
+ public:
+  WordFixes(const SettingsStore& settings, WordValidator& validator,
+            const ExceptionStore& exceptions, WordChanger& changer)
+      : settings_(settings), validator_(validator), exceptions_(exceptions), changer_(changer) {}
+
+  /// True when a fix was typed. Words with anything but letters are left alone.
+  bool apply(const FinishedWord& word);
+
+ private:
+  bool fixDoubleCapital(const FinishedWord& word);
+  bool correctTypo(const FinishedWord& word);
+
+  const SettingsStore& settings_;
+  WordValidator& validator_;
+  const ExceptionStore& exceptions_;
+  WordChanger& changer_;
+};
+
+/// `guess` with a capital at its start where `typed` has one.
+std::string matchCase(std::string_view typed, std::string_view guess);
+
+}  // namespace kivra

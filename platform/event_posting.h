@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "platform/events.h"
+
+namespace kivra {
+
+/// Where synthetic events come from.
+class EventSource {
+ public:
+  virtual ~EventSource() = default;
+};
+
+/// Making and posting of synthetic keyboard events. Posted events reach the focused application in
+/// the order of posting, ahead of everything that the user types later.
+class EventPosting {
+ public:
+  virtual ~EventPosting() = default;
+
+  /// A source in the state table `stateId` (0: the combined state of the session), or none.
+  virtual std::unique_ptr<EventSource> eventSourceCreate(int stateId) = 0;
+
+  /// A key event with no flags and no marker; nothing when it cannot be made.
+  virtual std::optional<KeyboardEvent> createKeyboardEvent(EventSource& source,
+                                                           std::uint16_t keyCode, bool down) = 0;
+
+  /// Posts at the session's tap location, exactly with the event's flags.
+  virtual void eventPost(const KeyboardEvent& event) = 0;
+};
+
+}  // namespace kivra

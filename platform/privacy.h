@@ -1,0 +1,20 @@
+#pragma once
+
+namespace kivra {
+
+/// Answers of `checkAccess`, with the platform's values.
+enum class AccessType { granted = 0, denied = 1, unknown = 2 };
+
+/// The two permissions without which no key can be seen or typed.
+class Privacy {
+ public:
+  virtual ~Privacy() = default;
+
+  /// Whether text and windows of other applications may be read and written; asks nobody.
+  virtual bool isProcessTrusted() = 0;
+
+  /// Whether the input of other applications may be listened to; asks nobody.
+  virtual AccessType checkAccess() = 0;
+};
+
+}  // namespace kivra

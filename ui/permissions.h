@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include "platform/privacy.h"
+#include "platform/run_loop.h"
+#include "support/observable.h"
+
+namespace kivra {
+
+/// The two permissions as last checked, and the poll that waits for both.
+class Permissions : public Observable, public std::enable_shared_from_this<Permissions> {
+ public:
+  Permissions(Privacy& privacy, RunLoop& runLoop);
+
+  bool accessibilityGranted() const { return accessibilityGranted_; }
+  bool inputMonitoringGranted() const { return inputMonitoringGranted_; }
+  bool areGranted() const { return accessibilityGranted_ && inputMonitoringGranted_; }
+
+  /// Asks the system for both, without a prompt.
+  void refresh();
+
+  /// Checks once a second until both are granted, then calls `completion`. While a poll runs, a
+  /// further one is not started and its completion is dropped.
+  void startPolling(std::function<void()> completion);
+
+ private:
+  void poll();
+
+  Privacy& privacy_;
+  RunLoop& runLoop_;
+  bool accessibilityGranted_ = false;
+  bool inputMonitoringGranted_ = false;
+  std::unique_ptr<Timer> pollTimer_;
+  std::function<void()> completion_;
+};
+
+}  // namespace kivra
