@@ -1,0 +1,60 @@
+#pragma once
+
+#include <deque>
+#include <memory>
+
+#include "platform/embedded/effects.h"
+#include "platform/embedded/embedded_application.h"
+#include "platform/embedded/embedded_session.h"
+#include "platform/event_posting.h"
+#include "platform/event_tap.h"
+
+namespace kivra::embedded {
+
+/// The login session's event stream: the user's events and the program's go through the tap, if one
+/// is installed and enabled, and on to the application in front.
+class EmbeddedEventStream : public EventTaps, public EventPosting {
+ public:
+  EmbeddedEventStream(Effects& effects, EmbeddedApplication& application,
+                      const EmbeddedSession& session)
+      : effects_(effects), application_(application), session_(session) {}
+
+  /// From now on no tap is created.
+  void setRefusesTaps(bool refuses) { refusesTaps_ = refuses; }
+
+  /// The user does something; true when it reached the application.
+  bool send(const Event& event);
+
+  /// The system switches the tap off and says why.
+  void disableTap(EventType reason);
+
+  std::shared_ptr<EventTapPort> eventTapCreate(std::uint64_t mask,
+                                               EventTapCallback callback) override;
+  std::shared_ptr<RunLoopSource> createRunLoopSource(EventTapPort& port) override;
+  void runLoopAddSource(RunLoopSource& source) override;
+  void runLoopRemoveSource(RunLoopSource& source) override;
+  void eventTapEnable(EventTapPort& port, bool enable) override;
+
+  std::unique_ptr<EventSource> eventSourceCreate(int stateId) override;
+  std::optional<KeyboardEvent> createKeyboardEvent(EventSource& source, std::uint16_t keyCode,
+                                                   bool down) override;
+  void eventPost(const KeyboardEvent& event) override;
+
+ private:
+  struct Tap;
+  struct Source;
+
+  bool passesTap(EventType type, const Event& event);
+  void deliver(const KeyboardEvent& event);
+  void deliverPosted();
+
+  Effects& effects_;
+  EmbeddedApplication& application_;
+  const EmbeddedSession& session_;
+  bool refusesTaps_ = false;
+  std::weak_ptr<Tap> tap_;
+  std::deque<KeyboardEvent> posted_;
+  bool isInCallback_ = false;
+};
+
+}  // namespace kivra::embedded
