@@ -13,7 +13,8 @@ namespace kivra::embedded {
 /// and answered count user-perceived characters.
 class TextField {
  public:
-  explicit TextField(std::string_view text = "");
+  TextField() = default;
+  explicit TextField(std::string_view text);
 
   std::string text() const;
   std::size_t length() const;
