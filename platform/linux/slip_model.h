@@ -1,0 +1,37 @@
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+namespace kivra {
+
+/// How unlikely it is that a hand or a mind turns one word into another. Costs are in quarters of a
+/// nat (four times the natural logarithm of a chance), the unit of WordFrequency::level, so that the
+/// two may be subtracted. The figures were fitted on the misspellings in tests/platform/linux/data.
+class SlipModel {
+ public:
+  SlipModel();
+
+  /// The cost of the cheapest way in which someone who meant `meant` typed `typed`; both encoded
+  /// (see letter_code.h) and at most `kLongestWord` letters, else the cost is `kImpossible`.
+  [[nodiscard]] int cost(std::string_view typed, std::string_view meant) const;
+
+  static constexpr std::size_t kLongestWord = 40;
+  static constexpr int kImpossible = 10000;
+
+ private:
+  // Letter codes are packed into 64 classes: 26 Latin letters, 33 Cyrillic ones, the rest 0.
+  static constexpr std::size_t kClasses = 64;
+  using Table = std::array<std::array<std::uint8_t, kClasses>, kClasses>;
+
+  [[nodiscard]] int substitution(char typed, char meant) const;
+  [[nodiscard]] int dropped(std::string_view meant, std::size_t at) const;
+  [[nodiscard]] int added(std::string_view typed, std::size_t at) const;
+
+  Table substitution_{};
+  Table neighbours_{};
+};
+
+}  // namespace kivra

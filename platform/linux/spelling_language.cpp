@@ -1,0 +1,136 @@
+#include "platform/linux/spelling_language.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <hunspell.hxx>
+#include <utility>
+
+#include "platform/linux/dictionary_files.h"
+#include "platform/linux/letter_code.h"
+
+namespace kivra {
+namespace {
+
+// Forms of up to this many letters must be known to a frequency list: "еру" and "pf" are in the
+// dictionaries, but the keys are those of "the" and "за".
+constexpr std::size_t kShortForm = 4;
+
+constexpr std::u32string_view kOneLetterWords = U"aiавикосуя";
+
+int knob(const char* name, int value) {
+  const char* text = std::getenv(name);
+  return text ? std::atoi(text) : value;
+}
+
+std::string toUtf8(std::u32string_view word) {
+  std::string out;
+  for (const char32_t c : word) appendUtf8(out, c);
+  return out;
+}
+
+std::size_t letterCount(std::u32string_view word) {
+  return static_cast<std::size_t>(std::count_if(word.begin(), word.end(), isLetterScalar));
+}
+
+// A list shows the word in the case in which it was typed, or in one that may become it: a word
+// begins a sentence, or everything is in capitals.
+bool caseFits(LetterCase typed, std::uint8_t seen) {
+  switch (typed) {
+    case LetterCase::lower:
+      return (seen & kSeenLower) != 0;
+    case LetterCase::capitalised:
+      return (seen & (kSeenLower | kSeenCapitalised)) != 0;
+    case LetterCase::upper:
+      return (seen & (kSeenLower | kSeenCapitalised | kSeenUpper)) != 0;
+    case LetterCase::mixed:
+      return (seen & kSeenMixed) != 0;
+  }
+  return false;
+}
+
+}  // namespace
+
+SpellingLanguage::SpellingLanguage(std::string name, std::unique_ptr<Hunspell> hunspell,
+                                   std::string encoding, std::unique_ptr<SpellingIndex> index)
+    : name_(std::move(name)), hunspell_(std::move(hunspell)), encoding_(std::move(encoding)),
+      index_(std::move(index)), corrector_(*index_) {}
+
+SpellingLanguage::~SpellingLanguage() = default;
+
+bool SpellingLanguage::isValid(std::u32string_view word) const {
+  if (word.size() > kLongestWord) return false;
+  return isValidWhole(word) || isValidByParts(word);
+}
+
+bool SpellingLanguage::isValidByParts(std::u32string_view word) const {
+  if (word.find(U'-') == std::u32string_view::npos) return false;
+  while (true) {
+    const std::size_t hyphen = std::min(word.find(U'-'), word.size());
+    const std::u32string_view part = word.substr(0, hyphen);
+    if (part.empty() || !isValidWhole(part)) return false;
+    if (hyphen == word.size()) return true;
+    word.remove_prefix(hyphen + 1);
+  }
+}
+
+bool SpellingLanguage::isValidWhole(std::u32string_view word) const {
+  const std::size_t letters = letterCount(word);
+  if (letters == 1 && word.size() == 1) {
+    return kOneLetterWords.find(lowerScalar(word.front())) != std::u32string_view::npos;
+  }
+  const auto known = lookUp(word);
+  if (known && (known->frequency.seen & kSeenShadowed) != 0) return false;
+  if (dictionaryHas(word)) {
+    return letters > kShortForm || (known && known->frequency.level > 0);
+  }
+  return known && listsKnow(word, *known);
+}
+
+std::optional<IndexedWord> SpellingLanguage::lookUp(std::u32string_view word) const {
+  const auto code = encodeWord(word);
+  if (!code) return std::nullopt;
+  auto known = index_->find(*code);
+  if (!known && code->find(kYoCode) != std::string::npos) known = index_->find(foldYo(*code));
+  return known;
+}
+
+bool SpellingLanguage::dictionaryHas(std::u32string_view word) const {
+  const auto ask = [this](std::u32string_view text) {
+    const std::string utf8 = toUtf8(text);
+    if (encoding_ == "UTF-8") return hunspell_->spell(utf8);
+    const auto encoded = convertEncoding(utf8, "UTF-8", encoding_);
+    return encoded && hunspell_->spell(*encoded);
+  };
+  if (ask(word)) return true;
+  const LetterCase typed = letterCaseOf(word);
+  if (word.find_first_of(U"её") != std::u32string_view::npos && typed != LetterCase::mixed) {
+    const auto known = lookUp(word);
+    return known && known->inDictionary && known->dictionaryCase <= typed;
+  }
+  return false;
+}
+
+bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& known) const {
+  static const int kShort = knob("L_SHORT", 26), kLong = knob("L_LONG", 9),
+                   kSus = knob("L_SUS", 14);
+  const WordFrequency& frequency = known.frequency;
+  const std::size_t letters = letterCount(word);
+  const LetterCase typed = letterCaseOf(word);
+  const bool counted = (frequency.seen & kSeenCounted) != 0;
+  if (letters <= kShortForm) {
+    return counted && frequency.level >= kShort && caseFits(typed, frequency.seen);
+  }
+  if (frequency.level < kLong) return false;
+  // A name written without its capital is left alone too.
+  if (!caseFits(typed, frequency.seen) && typed == LetterCase::mixed) return false;
+  if (counted) return true;
+  const auto code = encodeWord(word);
+  const auto near = corrector_.candidates(*code);
+  return near.empty() || near.front().score - frequency.level < kSus;
+}
+
+std::optional<std::string> SpellingLanguage::correct(std::u32string_view word) const {
+  return corrector_.correct(word);
+}
+
+}  // namespace kivra

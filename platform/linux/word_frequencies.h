@@ -1,0 +1,40 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+namespace kivra {
+
+/// What the frequency lists know about one word, whatever its case.
+struct WordFrequency {
+  /// 4 * ln(1 + occurrences in 100 million words), rounded, 1 to 63.
+  std::uint8_t level = 0;
+  /// The cases in which lists show the word: bit 0 lower, 1 capitalised, 2 upper, 3 mixed; bit 4:
+  /// the level was counted, not guessed from the word's mere presence in a list; bit 5: the same
+  /// keys give a far more common word of the other language.
+  std::uint8_t seen = 0;
+
+  bool operator==(const WordFrequency&) const = default;
+};
+
+inline constexpr std::uint8_t kSeenLower = 1;
+inline constexpr std::uint8_t kSeenCapitalised = 2;
+inline constexpr std::uint8_t kSeenUpper = 4;
+inline constexpr std::uint8_t kSeenMixed = 8;
+inline constexpr std::uint8_t kSeenCounted = 16;
+inline constexpr std::uint8_t kSeenShadowed = 32;
+
+/// Word frequencies of one language by encoded word (see letter_code.h).
+using WordFrequencies = std::unordered_map<std::string, WordFrequency>;
+
+/// First line of a frequency file. Each further line is a word, its level and its `seen` bits, with
+/// tabs between.
+inline constexpr std::string_view kFrequencyFileHeader = "kivra frequencies 1";
+
+/// Reads the text of a frequency file. A file with another first line is empty; lines that make no
+/// sense are skipped.
+WordFrequencies readFrequencies(std::string_view text);
+
+}  // namespace kivra

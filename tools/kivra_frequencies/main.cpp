@@ -1,0 +1,249 @@
+// Turns the word data of Debian packages into Kivra's frequency files, at build time.
+//
+//   kivra-frequencies OUTPUT_DIRECTORY ru=MODEL.lm,WORDS.traineddata en=MODEL.lm,WORDS.traineddata
+//
+// MODEL.lm is a language model of the package onboard-data (text in ARPA form, with counts);
+// WORDS.traineddata is the data of a tesseract-ocr language, in which lies a list of words from
+// web pages, in each case in which they occur. One file comes out for each language.
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/linux/letter_code.h"
+#include "platform/linux/word_frequencies.h"
+
+namespace kivra {
+namespace {
+
+struct Entry {
+  double perHundredMillion = 0;
+  std::uint8_t seen = 0;
+};
+
+// Keyed by encoded word, ё folded into е as most texts write it.
+using Table = std::map<std::string, Entry>;
+
+// A word that only the web list has gets a guessed count per hundred million words: the more cases
+// it was seen in, the more common it is. The three figures lie below the rarest counted words.
+constexpr double kGuessedCounts[] = {0, 8, 25, 70};
+
+std::optional<std::string> readFile(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return std::nullopt;
+  return std::string(std::istreambuf_iterator<char>(in), {});
+}
+
+std::uint8_t caseBit(std::u32string_view word) {
+  return static_cast<std::uint8_t>(1U << static_cast<unsigned>(letterCaseOf(word)));
+}
+
+bool readModel(const std::string& path, Table& table) {
+  const auto text = readFile(path);
+  if (!text) return false;
+  double total = 0;
+  std::vector<std::pair<std::u32string, double>> words;
+  bool inside = false;
+  for (std::size_t pos = 0; pos < text->size();) {
+    const std::size_t end = std::min(text->find('\n', pos), text->size());
+    const std::string_view line = std::string_view(*text).substr(pos, end - pos);
+    pos = end + 1;
+    if (line.starts_with("\\")) inside = line == "\\1-grams:";
+    const std::size_t space = line.find(' ');
+    if (!inside || space == std::string_view::npos) continue;
+    const double count = std::atof(std::string(line.substr(0, space)).c_str());
+    total += count;
+    words.emplace_back(decodeUtf8(line.substr(space + 1)), count);
+  }
+  for (const auto& [word, count] : words) {
+    const auto code = encodeWord(word);
+    if (!code) continue;
+    Entry& entry = table[foldYo(*code)];
+    entry.perHundredMillion += count * 1e8 / total;
+    entry.seen = static_cast<std::uint8_t>(entry.seen | caseBit(word) | kSeenCounted);
+  }
+  return !words.empty();
+}
+
+// Reads numbers out of a file in memory; past the end everything is 0 and `good` is false.
+class Bytes {
+ public:
+  explicit Bytes(std::string_view bytes) : bytes_(bytes) {}
+
+  template <typename T>
+  T next() {
+    T value{};
+    if (at_ + sizeof(T) > bytes_.size()) {
+      good_ = false;
+      return value;
+    }
+    std::memcpy(&value, bytes_.data() + at_, sizeof(T));
+    at_ += sizeof(T);
+    return value;
+  }
+
+  [[nodiscard]] bool good() const { return good_; }
+
+ private:
+  std::string_view bytes_;
+  std::size_t at_ = 0;
+  bool good_ = true;
+};
+
+// The parts of a .traineddata file lie behind a table of their offsets, -1 for a missing part.
+std::string_view partOf(std::string_view data, std::size_t wanted) {
+  Bytes bytes(data);
+  const auto count = static_cast<std::size_t>(bytes.next<std::int32_t>());
+  std::vector<std::int64_t> offsets;
+  for (std::size_t i = 0; i < std::min<std::size_t>(count, 64); ++i) {
+    offsets.push_back(bytes.next<std::int64_t>());
+  }
+  if (!bytes.good() || wanted >= offsets.size() || offsets[wanted] < 0) return {};
+  auto end = static_cast<std::int64_t>(data.size());
+  for (const std::int64_t offset : offsets) {
+    if (offset > offsets[wanted]) end = std::min(end, offset);
+  }
+  if (end < offsets[wanted]) return {};
+  return data.substr(static_cast<std::size_t>(offsets[wanted]),
+                     static_cast<std::size_t>(end - offsets[wanted]));
+}
+
+constexpr std::size_t kWordListPart = 19;
+constexpr std::size_t kCharacterSetPart = 21;
+
+std::vector<std::u32string> readCharacters(std::string_view part) {
+  std::vector<std::u32string> out;
+  std::size_t pos = part.find('\n');
+  while (pos != std::string_view::npos && pos + 1 < part.size()) {
+    const std::string_view line = part.substr(pos + 1);
+    out.push_back(decodeUtf8(line.substr(0, line.find_first_of(" \n"))));
+    pos = part.find('\n', pos + 1);
+  }
+  return out;
+}
+
+// The word list is a graph of 64-bit edges: from the lowest bit the character's number, then three
+// flags (last edge of its node, backward edge, word ends here), then the node it leads to.
+class WordGraph {
+ public:
+  WordGraph(std::string_view part, std::vector<std::u32string> characters)
+      : characters_(std::move(characters)) {
+    Bytes bytes(part);
+    const auto magic = bytes.next<std::int16_t>();
+    const auto setSize = bytes.next<std::int32_t>();
+    const auto edgeCount = bytes.next<std::int32_t>();
+    if (magic != 42 || setSize <= 0 || edgeCount <= 0) return;
+    while ((1U << letterBits_) < static_cast<std::uint32_t>(setSize) + 1) ++letterBits_;
+    for (std::int32_t i = 0; i < edgeCount && bytes.good(); ++i) {
+      edges_.push_back(bytes.next<std::uint64_t>());
+    }
+    if (!bytes.good()) edges_.clear();
+  }
+
+  template <typename Word>
+  void forEachWord(Word&& word) const {
+    std::u32string path;
+    if (!edges_.empty()) walk(0, path, word);
+  }
+
+ private:
+  template <typename Word>
+  void walk(std::uint64_t node, std::u32string& path, Word& word) const {
+    for (std::uint64_t at = node; at < edges_.size(); ++at) {
+      const std::uint64_t edge = edges_[at];
+      const auto letter = static_cast<std::size_t>(edge & ((1ULL << letterBits_) - 1));
+      const auto flags = static_cast<unsigned>((edge >> letterBits_) & 7U);
+      const std::uint64_t next = edge >> (letterBits_ + 3);
+      if (letter < characters_.size() && (flags & 2U) == 0 && path.size() < 64) {
+        const std::size_t length = path.size();
+        path += characters_[letter];
+        if ((flags & 4U) != 0) word(path);
+        if (next != 0 && next < edges_.size()) walk(next, path, word);
+        path.resize(length);
+      }
+      if ((flags & 1U) != 0) return;
+    }
+  }
+
+  std::vector<std::u32string> characters_;
+  std::vector<std::uint64_t> edges_;
+  unsigned letterBits_ = 0;
+};
+
+bool readWebWords(const std::string& path, Table& table) {
+  const auto data = readFile(path);
+  if (!data) return false;
+  const WordGraph graph(partOf(*data, kWordListPart),
+                        readCharacters(partOf(*data, kCharacterSetPart)));
+  std::size_t words = 0;
+  graph.forEachWord([&](const std::u32string& word) {
+    ++words;
+    if (const auto code = encodeWord(word)) table[foldYo(*code)].seen |= caseBit(word);
+  });
+  return words > 0;
+}
+
+bool isWord(std::string_view code, bool russian) {
+  return std::all_of(code.begin(), code.end(), [&](char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return c == '\'' || c == '-' || (byte >= 0x80) == russian;
+  }) && code.front() != '-' && code.front() != '\'' && code.back() != '-' && code.back() != '\'';
+}
+
+int levelOf(const Entry& entry) {
+  double count = entry.perHundredMillion;
+  if (count == 0) {
+    const int cases = __builtin_popcount(entry.seen & 7U);
+    count = kGuessedCounts[std::min(cases, 3)];
+  }
+  return std::clamp(static_cast<int>(std::lround(4 * std::log1p(count))), 1, 63);
+}
+
+bool writeTable(const std::string& path, const Table& table, bool russian) {
+  std::ofstream out(path, std::ios::binary);
+  out << kFrequencyFileHeader << '\n';
+  for (const auto& [code, entry] : table) {
+    if (code.empty() || !isWord(code, russian)) continue;
+    out << decodeWord(code) << '\t' << levelOf(entry) << '\t' << int{entry.seen} << '\n';
+  }
+  out.close();
+  return static_cast<bool>(out);
+}
+
+int run(const std::vector<std::string>& arguments) {
+  if (arguments.size() < 3) {
+    std::fprintf(stderr, "usage: kivra-frequencies DIRECTORY LANGUAGE=MODEL.lm,WORDS.traineddata...\n");
+    return 2;
+  }
+  for (std::size_t i = 2; i < arguments.size(); ++i) {
+    const std::string& argument = arguments[i];
+    const std::size_t equals = argument.find('=');
+    const std::size_t comma = argument.find(',');
+    if (equals == std::string::npos || comma == std::string::npos) return 2;
+    const std::string language = argument.substr(0, equals);
+    Table table;
+    if (!readModel(argument.substr(equals + 1, comma - equals - 1), table) ||
+        !readWebWords(argument.substr(comma + 1), table) ||
+        !writeTable(arguments[1] + "/" + language + ".freq", table, language == "ru")) {
+      std::fprintf(stderr, "kivra-frequencies: cannot make the list of %s\n", language.c_str());
+      return 1;
+    }
+  }
+  return 0;
+}
+
+}  // namespace
+}  // namespace kivra
+
+int main(int argc, char** argv) {
+  return kivra::run({argv, argv + argc});
+}
