@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <cstring>
 #include <fstream>
 #include <iostream>
@@ -6,6 +7,7 @@
 #include <string_view>
 
 #include "plain.h"
+#include "sample.h"
 #include "script.h"
 
 namespace {
@@ -13,12 +15,14 @@ namespace {
 constexpr int usageError = 2;
 
 constexpr const char* usage =
-    "usage: kivra-desk [FILE]                                  plays a script (JSON Lines)\n"
+    "usage: kivra-desk [FILE]                                     plays a script (JSON Lines)\n"
     "       kivra-desk --plain [--source en|ru] [--trace] [FILE]  types a text\n"
+    "       kivra-desk --sample                                   shows what Kivra does\n"
     "Without FILE, standard input is read.\n";
 
 struct Arguments {
   bool plain = false;
+  bool sample = false;
   kivra::desk::PlainOptions options;
   std::optional<std::string> file;
 };
@@ -35,6 +39,8 @@ std::optional<Arguments> parse(int count, char** values) {
     const std::string_view value = values[i];
     if (value == "--plain") {
       arguments.plain = true;
+    } else if (value == "--sample") {
+      arguments.sample = true;
     } else if (value == "--trace") {
       arguments.options.trace = true;
     } else if (value == "--source" && i + 1 < count) {
@@ -62,6 +68,10 @@ int main(int count, char** values) {
   if (!arguments) {
     std::cerr << usage;
     return usageError;
+  }
+  if (arguments->sample) {
+    kivra::desk::playSample(std::cout);
+    return 0;
   }
   if (!arguments->file || *arguments->file == "-") return run(*arguments, std::cin);
   std::ifstream file(*arguments->file);

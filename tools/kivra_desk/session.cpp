@@ -2,10 +2,12 @@
 
 #include <utility>
 
+#include "installed_dictionaries.h"
+
 namespace kivra::desk {
 
 Session::Session(embedded::Effects::Sink sink, Typist::AfterKey afterKey)
-    : desktop_(std::move(sink), nullptr), typist_(desktop_, std::move(afterKey)) {}
+    : desktop_(std::move(sink), installedDictionaries), typist_(desktop_, std::move(afterKey)) {}
 
 KivraApp& Session::app() {
   if (!app_) {
