@@ -8,19 +8,19 @@ CoreController::CoreController(Services& services)
       router_(settings_, services.platform.clock) {}
 
 std::shared_ptr<CoreController> CoreController::create(Services& services) {
-  const std::shared_ptr<CoreController> controller(new CoreController(services));
+  std::shared_ptr<CoreController> controller(new CoreController(services));
   controller->router_.setDelegate(controller);
   return controller;
 }
 
 void CoreController::start() {
   if (eventTap_) return;
-  eventTap_ = std::make_unique<EventTap>(
-      services_.platform.eventTaps, services_.platform.log,
-      [weak = weak_from_this()](const Event& event, EventType type) {
-        const auto controller = weak.lock();
-        return controller && controller->handle(event, type);
-      });
+  eventTap_ =
+      std::make_unique<EventTap>(services_.platform.eventTaps, services_.platform.log,
+                                 [weak = weak_from_this()](const Event& event, EventType type) {
+                                   const auto controller = weak.lock();
+                                   return controller && controller->handle(event, type);
+                                 });
   eventTap_->start();
 }
 

@@ -9,9 +9,8 @@ Services::Services(const Platform& desktop)
     : platform(desktop),
       defaults_(desktop.defaults),
       settings([this] { return std::make_shared<SettingsStore>(defaults_); }),
-      permissions([this] {
-        return std::make_shared<Permissions>(platform.privacy, platform.runLoop);
-      }),
+      permissions(
+          [this] { return std::make_shared<Permissions>(platform.privacy, platform.runLoop); }),
       exceptions([this] { return std::make_shared<ExceptionStore>(defaults_); }),
       replacements([this] { return std::make_shared<ReplacementStore>(defaults_); }),
       keycodeMap([this] { return std::make_shared<KeycodeMap>(platform.inputSources); }),
@@ -21,9 +20,9 @@ Services::Services(const Platform& desktop)
                                            platform.clock);
       }),
       layoutSwitcher([this] {
-        return std::make_shared<LayoutSwitcher>(LayoutSwitcher::Environment{
-            keycodeMap(), wordValidator(), settings(), replacements(), exceptions(), undoStack,
-            keyOutput(), platform.workspace});
+        return std::make_shared<LayoutSwitcher>(
+            LayoutSwitcher::Environment{keycodeMap(), wordValidator(), settings(), replacements(),
+                                        exceptions(), undoStack, keyOutput(), platform.workspace});
       }) {}
 
 }  // namespace kivra

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "ui/permissions.h"
 #include "layout/exception_store.h"
 #include "layout/key_output.h"
 #include "layout/keycode_map.h"
@@ -12,6 +11,7 @@
 #include "settings/settings_store.h"
 #include "settings/user_defaults.h"
 #include "support/lazy.h"
+#include "ui/permissions.h"
 
 namespace kivra {
 

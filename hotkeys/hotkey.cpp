@@ -12,10 +12,10 @@ namespace kivra {
 namespace {
 
 constexpr std::array<std::pair<std::uint16_t, const char*>, 22> fixedNames = {{
-    {36, "↩"},   {48, "⇥"},   {49, "Space"}, {51, "⌫"},   {53, "⎋"},  {113, "Pause"},
-    {123, "←"},  {124, "→"},  {125, "↓"},    {126, "↑"},  {122, "F1"}, {120, "F2"},
-    {99, "F3"},  {118, "F4"}, {96, "F5"},    {97, "F6"},  {98, "F7"},  {100, "F8"},
-    {101, "F9"}, {109, "F10"}, {103, "F11"}, {111, "F12"},
+    {36, "↩"},   {48, "⇥"},    {49, "Space"}, {51, "⌫"},    {53, "⎋"},   {113, "Pause"},
+    {123, "←"},  {124, "→"},   {125, "↓"},    {126, "↑"},   {122, "F1"}, {120, "F2"},
+    {99, "F3"},  {118, "F4"},  {96, "F5"},    {97, "F6"},   {98, "F7"},  {100, "F8"},
+    {101, "F9"}, {109, "F10"}, {103, "F11"},  {111, "F12"},
 }};
 
 constexpr std::array<std::pair<std::uint64_t, const char*>, 4> modifierSymbols = {{
@@ -41,7 +41,8 @@ std::optional<Hotkey> Hotkey::decoded(std::string_view bytes) {
 }
 
 std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter) {
-  const auto* fixed = std::ranges::find(fixedNames, keyCode, &decltype(fixedNames)::value_type::first);
+  const auto* fixed =
+      std::ranges::find(fixedNames, keyCode, &decltype(fixedNames)::value_type::first);
   if (fixed != fixedNames.end()) return fixed->second;
   if (const auto character = englishCharacter(keyCode)) return text::uppercased(*character);
   return "#" + std::to_string(keyCode);

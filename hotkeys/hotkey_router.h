@@ -26,9 +26,9 @@ class HotkeyRouterDelegate {
   virtual bool routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) = 0;
 };
 
-/// Recognises hotkeys, modifier combinations, the double tap of Shift and the boundaries of words in
-/// the event stream, and reports them to its delegate. A combination fires when it is let go of; a
-/// double tap of Shift asks for the undo.
+/// Recognises hotkeys, modifier combinations, the double tap of Shift and the boundaries of words
+/// in the event stream, and reports them to its delegate. A combination fires when it is let go of;
+/// a double tap of Shift asks for the undo.
 class HotkeyRouter {
  public:
   HotkeyRouter(SettingsStore& settings, Clock& clock) : settings_(settings), clock_(clock) {}

@@ -27,8 +27,8 @@ std::optional<ComboModifier> comboModifier(std::string_view rawValue) {
 const std::array<ModifierCombo, 8>& ModifierCombo::presets() {
   using enum ComboModifier;
   static const std::array<ModifierCombo, 8> all = {
-      ModifierCombo{control, fn},    ModifierCombo{option, fn},    ModifierCombo{command, fn},
-      ModifierCombo{fn, shift},      ModifierCombo{control, shift}, ModifierCombo{option, shift},
+      ModifierCombo{control, fn},    ModifierCombo{option, fn},       ModifierCombo{command, fn},
+      ModifierCombo{fn, shift},      ModifierCombo{control, shift},   ModifierCombo{option, shift},
       ModifierCombo{command, shift}, ModifierCombo{control, command},
   };
   return all;

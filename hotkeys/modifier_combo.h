@@ -38,9 +38,7 @@ class ModifierCombo {
 
   constexpr bool operator==(const ModifierCombo&) const = default;
 
-  constexpr bool contains(ComboModifier modifier) const {
-    return (flags_ & flag(modifier)) != 0;
-  }
+  constexpr bool contains(ComboModifier modifier) const { return (flags_ & flag(modifier)) != 0; }
   constexpr void insert(ComboModifier modifier) { flags_ |= flag(modifier); }
 
   /// Whether the flags of a modifier change hold all members, of which there are two or more.

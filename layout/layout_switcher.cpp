@@ -61,14 +61,14 @@ void LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
 }
 
 bool LayoutSwitcher::wordBoundary(std::optional<std::uint16_t> trigger) {
-  const auto word = word_;
-  word_.clear();
   const auto suppressed = std::exchange(suppressAutoForCurrentWord_, false);
+  const auto isDecided = trigger && !suppressed && !word_.empty();
   if (trigger) {
-    lastWord_ = word;
+    lastWord_ = word_;
     lastTrigger_ = trigger;
-    if (!suppressed && !word.empty()) return processWord(word, *trigger);
   }
+  word_.clear();
+  if (isDecided) return processWord(lastWord_, *trigger);
   history_.clear();
   return false;
 }
@@ -155,9 +155,8 @@ void LayoutSwitcher::manualSwitch() {
     output_.selectLayout(to);
     output_.retype(word_);
   } else if (!lastWord_.empty() && lastTrigger_) {
-    changer_->type({.deletes = lastWord_.size() + 1,
-                    .select = &to,
-                    .words = {{lastWord_, *lastTrigger_}}});
+    changer_->type(
+        {.deletes = lastWord_.size() + 1, .select = &to, .words = {{lastWord_, *lastTrigger_}}});
   }
 }
 

@@ -35,10 +35,9 @@ bool ReplacementApplication::apply(const FinishedWord& word,
 
 bool ReplacementApplication::applyToRun(std::span<const HistoryEntry> run,
                                         const FinishedWord& last) {
-  const auto joinedBySpaces =
-      std::ranges::all_of(run.first(run.size() - 1), [](const HistoryEntry& entry) {
-        return entry.trigger == key_codes::space;
-      });
+  const auto joinedBySpaces = std::ranges::all_of(
+      run.first(run.size() - 1),
+      [](const HistoryEntry& entry) { return entry.trigger == key_codes::space; });
   if (!joinedBySpaces) return false;
   const auto phrase = phraseOf(run, last.from);
   if (exceptions_.contains(text::lowercased(phrase))) return false;
@@ -55,12 +54,10 @@ void ReplacementApplication::replace(std::span<const HistoryEntry> run, const st
                                      const std::string& replacement) {
   std::size_t typedCharacters = run.size() - 1;  // the Spaces between the words
   for (const auto& entry : run) typedCharacters += entry.word.size();
-  changer_.change(UndoStack::ActionKind::replacement, phrase,
-                  {.deletes = typedCharacters,
-                   .text = replacement,
-                   .words = {{Word{}, run.back().trigger}}},
-                  {.deletes = text::characterCount(replacement) + 1,
-                   .words = {run.begin(), run.end()}});
+  changer_.change(
+      UndoStack::ActionKind::replacement, phrase,
+      {.deletes = typedCharacters, .text = replacement, .words = {{Word{}, run.back().trigger}}},
+      {.deletes = text::characterCount(replacement) + 1, .words = {run.begin(), run.end()}});
 }
 
 }  // namespace kivra

@@ -101,9 +101,8 @@ std::string ReplacementStore::normalize(std::string_view text) {
 void ReplacementStore::save() {
   auto array = json::Value::array();
   for (const auto& entry : entries_) {
-    array.push_back({{"id", entry.id.text()},
-                     {"pattern", entry.pattern},
-                     {"replacement", entry.replacement}});
+    array.push_back(
+        {{"id", entry.id.text()}, {"pattern", entry.pattern}, {"replacement", entry.replacement}});
   }
   defaults_.set(Data{json::encode(array)}, key);
 }

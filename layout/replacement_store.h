@@ -13,8 +13,8 @@
 
 namespace kivra {
 
-/// The user's dictionary of replacements: what is typed, and what is wanted instead. Every change is
-/// announced to the observers, saved and indexed at once.
+/// The user's dictionary of replacements: what is typed, and what is wanted instead. Every change
+/// is announced to the observers, saved and indexed at once.
 class ReplacementStore : public Observable {
  public:
   struct Entry {

@@ -14,8 +14,8 @@ namespace kivra {
 /// What is typed in place of the text before the cursor, in this order.
 struct Typing {
   std::size_t deletes = 0;
-  const Layout* select = nullptr;  ///< the layout to select first; null leaves the source alone
-  std::string text{};              ///< typed as Unicode text
+  const Layout* select = nullptr;     ///< the layout to select first; null leaves the source alone
+  std::string text{};                 ///< typed as Unicode text
   std::vector<HistoryEntry> words{};  ///< retyped, each followed by its trigger without modifiers
 };
 

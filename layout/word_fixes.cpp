@@ -52,10 +52,9 @@ bool WordFixes::correctTypo(const FinishedWord& word) {
     return false;
   }
   if (exceptions_.contains(fixedLowered)) return false;
-  changer_.change(
-      UndoStack::ActionKind::correct, typed,
-      {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
-      {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});
+  changer_.change(UndoStack::ActionKind::correct, typed,
+                  {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
+                  {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});
   return true;
 }
 

@@ -20,8 +20,7 @@ bool WordValidator::isValid(std::string_view word, std::string_view code) {
   return language && !checker_.checkSpellingOfString(word, 0, *language, tag_);
 }
 
-std::optional<std::string> WordValidator::correction(std::string_view word,
-                                                     std::string_view code) {
+std::optional<std::string> WordValidator::correction(std::string_view word, std::string_view code) {
   const auto language = resolveLanguage(code);
   if (!language) return std::nullopt;
   return checker_.correctionForWordRange({0, text::utf16Length(word)}, word, *language, tag_);

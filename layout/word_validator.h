@@ -9,8 +9,8 @@
 
 namespace kivra {
 
-/// Whether a word is one of a language, what it may have been meant to be, and whether it is no word
-/// at all but a password or an identifier.
+/// Whether a word is one of a language, what it may have been meant to be, and whether it is no
+/// word at all but a password or an identifier.
 class WordValidator {
  public:
   explicit WordValidator(SpellChecker& checker)

@@ -39,8 +39,7 @@ class SpellChecker {
   /// The one correction for the word at `range`, or nothing rather than a poor one.
   virtual std::optional<std::string> correctionForWordRange(TextRange range,
                                                             std::string_view string,
-                                                            std::string_view language,
-                                                            int tag) = 0;
+                                                            std::string_view language, int tag) = 0;
 };
 
 }  // namespace kivra

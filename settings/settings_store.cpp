@@ -68,9 +68,8 @@ void StoredForm<ModifierCombo>::write(UserDefaults& defaults, const std::string&
 
 const std::vector<std::string>& defaultSkipBundleIDs() {
   static const std::vector<std::string> identifiers = {
-      "com.apple.dt.Xcode",     "com.jetbrains.",          "com.microsoft.VSCode",
-      "com.apple.Terminal",     "com.googlecode.iterm2",   "dev.warp.Warp-Stable",
-      "com.valvesoftware.",
+      "com.apple.dt.Xcode",    "com.jetbrains.",       "com.microsoft.VSCode", "com.apple.Terminal",
+      "com.googlecode.iterm2", "dev.warp.Warp-Stable", "com.valvesoftware.",
   };
   return identifiers;
 }

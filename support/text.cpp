@@ -75,8 +75,8 @@ void forEachCharacter(std::string_view input, Visit visit) {
   breaks->setText(source, status);
   for (auto begin = breaks->first(), end = breaks->next(); end != icu::BreakIterator::DONE;
        begin = end, end = breaks->next()) {
-    if (!visit(input.substr(static_cast<std::size_t>(begin),
-                            static_cast<std::size_t>(end - begin)))) {
+    if (!visit(
+            input.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin)))) {
       break;
     }
   }

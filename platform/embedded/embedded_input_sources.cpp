@@ -38,7 +38,8 @@ bool EmbeddedInputSources::select(const std::string& id) {
 }
 
 EmbeddedInputSources::Source EmbeddedInputSources::find(const std::string& id) const {
-  const auto found = std::ranges::find(sources_, id, [](const Source& source) { return source->id; });
+  const auto found =
+      std::ranges::find(sources_, id, [](const Source& source) { return source->id; });
   return found == sources_.end() ? nullptr : *found;
 }
 

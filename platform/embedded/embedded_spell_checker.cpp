@@ -3,7 +3,6 @@
 #include <unicode/locid.h>
 #include <unicode/unistr.h>
 
-
 namespace kivra::embedded {
 
 namespace {

@@ -99,9 +99,7 @@ void TextField::deleteBackward() {
   replace(begin() == end() ? before(head_) : begin(), end(), u"");
 }
 
-void TextField::deleteForward() {
-  replace(begin(), begin() == end() ? behind(head_) : end(), u"");
-}
+void TextField::deleteForward() { replace(begin(), begin() == end() ? behind(head_) : end(), u""); }
 
 void TextField::move(Target target, bool extend) {
   head_ = destination(target, extend);

@@ -39,9 +39,8 @@ class VirtualTime : public Clock, public RunLoop {
   using Key = std::pair<std::chrono::microseconds, std::uint64_t>;  // due time, order of queueing
 
   void enqueue(std::chrono::microseconds due, std::function<void()> block);
-  void enqueueRepetition(const std::shared_ptr<const bool>& alive,
-                         std::chrono::microseconds due, std::chrono::microseconds interval,
-                         const std::function<void()>& block);
+  void enqueueRepetition(const std::shared_ptr<const bool>& alive, std::chrono::microseconds due,
+                         std::chrono::microseconds interval, const std::function<void()>& block);
 
   Effects& effects_;
   std::chrono::microseconds now_{0};

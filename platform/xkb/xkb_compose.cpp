@@ -48,10 +48,9 @@ xkb_compose_table* XkbCompose::table() {
   if (!isLoaded_) {
     isLoaded_ = true;
     context_ = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
-    table_ = context_ == nullptr
-                 ? nullptr
-                 : xkb_compose_table_new_from_locale(context_, "en_US.UTF-8",
-                                                     XKB_COMPOSE_COMPILE_NO_FLAGS);
+    table_ = context_ == nullptr ? nullptr
+                                 : xkb_compose_table_new_from_locale(context_, "en_US.UTF-8",
+                                                                     XKB_COMPOSE_COMPILE_NO_FLAGS);
   }
   return table_;
 }

@@ -14,8 +14,8 @@ namespace kivra {
 /// Layout data read from the xkb rules of this machine.
 class XkbLayout : public KeyboardLayoutData {
  public:
-  /// The layout with an xkb name, with a variant in parentheses where wanted ("us", "ru(phonetic)");
-  /// null when there is no such layout.
+  /// The layout with an xkb name, with a variant in parentheses where wanted ("us",
+  /// "ru(phonetic)"); null when there is no such layout.
   static std::shared_ptr<const XkbLayout> named(const std::string& name);
 
   explicit XkbLayout(xkb_keymap* keymap) : keymap_(keymap) {}

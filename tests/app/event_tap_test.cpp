@@ -17,11 +17,11 @@ class EventTapTest : public testing::Test {
   std::vector<std::string> log_;
   int handled_ = 0;
   bool consumes_ = false;
-  embedded::EmbeddedDesktop desktop_{
-      [this](const embedded::Json& effect) {
-        if (effect.contains("log")) log_.push_back(effect["log"].get<std::string>());
-      },
-      nullptr};
+  embedded::EmbeddedDesktop desktop_{[this](const embedded::Json& effect) {
+                                       if (effect.contains("log"))
+                                         log_.push_back(effect["log"].get<std::string>());
+                                     },
+                                     nullptr};
   EventTap tap_{desktop_.events, desktop_.session, [this](const Event&, EventType) {
                   ++handled_;
                   return consumes_;
@@ -43,8 +43,9 @@ TEST_F(EventTapTest, CanBeTriedAgainAfterARefusal) {
   desktop_.events.setRefusesTaps(true);
   tap_.start();
   EXPECT_FALSE(tap_.isRunning());
-  EXPECT_EQ(log_, (std::vector<std::string>{
-                      "Kivra: не удалось создать CGEventTap (проверь Accessibility/Input Monitoring)"}));
+  EXPECT_EQ(log_,
+            (std::vector<std::string>{
+                "Kivra: не удалось создать CGEventTap (проверь Accessibility/Input Monitoring)"}));
   desktop_.events.setRefusesTaps(false);
   tap_.start();
   tap_.start();

@@ -11,7 +11,8 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   const kivra::Data data{std::string(reinterpret_cast<const char*>(bytes), size)};
   kivra::embedded::EmbeddedDefaultsDatabase database;
-  for (const auto* key : {"kivra.replacements", "kivra.hotkey.manualSwitch", "kivra.combo.correct"}) {
+  for (const auto* key :
+       {"kivra.replacements", "kivra.hotkey.manualSwitch", "kivra.combo.correct"}) {
     database.setObject(data, key);
   }
   kivra::UserDefaults defaults(database);

@@ -39,9 +39,9 @@ TEST(Hotkey, DecodesOnlyItsStoredForm) {
   const Hotkey hotkey{35, 786432};
   EXPECT_EQ(Hotkey::decoded(hotkey.encoded()), hotkey);
   EXPECT_EQ(Hotkey::decoded(R"({"modifiers":786432,"extra":1,"keyCode":35})"), hotkey);
-  for (const auto* bytes :
-       {R"({"keyCode":70000,"modifiers":0})", R"({"keyCode":35})", R"({"keyCode":"35","modifiers":0})",
-        R"({"keyCode":35,"modifiers":-1})", "[35,0]", "", "null"}) {
+  for (const auto* bytes : {R"({"keyCode":70000,"modifiers":0})", R"({"keyCode":35})",
+                            R"({"keyCode":"35","modifiers":0})", R"({"keyCode":35,"modifiers":-1})",
+                            "[35,0]", "", "null"}) {
     EXPECT_EQ(Hotkey::decoded(bytes), std::nullopt) << bytes;
   }
 }

@@ -41,7 +41,8 @@ TEST_F(ReplacementStoreTest, DoesNotSeedWhatTheUserHas) {
 
 TEST_F(ReplacementStoreTest, ReplacesUndecodableDataByTheSamples) {
   for (const auto* json :
-       {R"([{"pattern":"a","replacement":"b"}])", "{}", "", R"([{"id":"x","pattern":"a","replacement":"b"}])",
+       {R"([{"pattern":"a","replacement":"b"}])", "{}", "",
+        R"([{"id":"x","pattern":"a","replacement":"b"}])",
         R"([{"id":"E621E1F8-C36C-495A-93FC-0C247A3E6E5F","pattern":1,"replacement":"b"}])"}) {
     store(json);
     database_.removeObject("kivra.replacements.seed.ios");

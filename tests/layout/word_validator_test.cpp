@@ -17,7 +17,8 @@ class OneWordChecker : public SpellChecker {
     return languages;
   }
   int uniqueSpellDocumentTag() override { return 1; }
-  std::optional<TextRange> checkSpellingOfString(std::string_view string, std::size_t /*startingAt*/,
+  std::optional<TextRange> checkSpellingOfString(std::string_view string,
+                                                 std::size_t /*startingAt*/,
                                                  std::string_view language, int /*tag*/) override {
     lastLanguage = language;
     return string == "кот" || string == "я" ? std::nullopt : std::optional(TextRange{0, 1});
@@ -56,7 +57,8 @@ TEST(WordValidator, KnowsSecretsByTwoOfThreeSigns) {
   for (const auto* secret : {"Passw0rd", "Пароль2024", "abc-1def", "aB______", "qwe_rty1"}) {
     EXPECT_TRUE(WordValidator::looksLikeSecret(secret)) << secret;
   }
-  for (const auto* word : {"password", "pass-word", "abc1def", "Ab1", "Passw0", "ПРИВЕТЫ", "ёЁёЁёЁё1"}) {
+  for (const auto* word :
+       {"password", "pass-word", "abc1def", "Ab1", "Passw0", "ПРИВЕТЫ", "ёЁёЁёЁё1"}) {
     EXPECT_FALSE(WordValidator::looksLikeSecret(word)) << word;
   }
 }

@@ -50,13 +50,16 @@ struct Key {
 };
 
 rc::Gen<std::vector<Key>> words() {
-  const auto letter = rc::gen::pair(rc::gen::elementOf(letterKeys), rc::gen::weightedElement<bool>(
-                                                                        {{5, false}, {1, true}}));
-  const auto other = rc::gen::pair(
-      rc::gen::element<std::uint16_t>(49, 49, 49, 36, 48, 51, 53, 123, 18, 50), rc::gen::just(false));
-  return rc::gen::container<std::vector<Key>>(
-      rc::gen::map(rc::gen::weightedOneOf<std::pair<std::uint16_t, bool>>({{4, letter}, {1, other}}),
-                   [](const auto& pair) { return Key{pair.first, pair.second}; }));
+  const auto letter = rc::gen::pair(rc::gen::elementOf(letterKeys),
+                                    rc::gen::weightedElement<bool>({{5, false}, {1, true}}));
+  const auto other =
+      rc::gen::pair(rc::gen::element<std::uint16_t>(49, 49, 49, 36, 48, 51, 53, 123, 18, 50),
+                    rc::gen::just(false));
+  return rc::gen::container<std::vector<Key>>(rc::gen::map(
+      rc::gen::weightedOneOf<std::pair<std::uint16_t, bool>>({{4, letter}, {1, other}}),
+      [](const auto& pair) {
+        return Key{pair.first, pair.second};
+      }));
 }
 
 void play(Run& run, const std::vector<Key>& keys) {

@@ -1,6 +1,6 @@
-// Plays every scenario under this folder. A scenario is a script of kivra-desk, a line "---" and the
-// output wanted, one JSON value a line: an object matches one that has at least its members, "..."
-// matches any number of lines.
+// Plays every scenario under this folder. A scenario is a script of kivra-desk, a line "---" and
+// the output wanted, one JSON value a line: an object matches one that has at least its members,
+// "..." matches any number of lines.
 
 #include <gtest/gtest.h>
 
@@ -45,8 +45,8 @@ Scenario read(const std::filesystem::path& path) {
 bool matches(const Json& wanted, const Json& actual) {
   if (!wanted.is_object()) return wanted == actual;
   return actual.is_object() && std::ranges::all_of(wanted.items(), [&](const auto& member) {
-    return actual.contains(member.key()) && matches(member.value(), actual[member.key()]);
-  });
+           return actual.contains(member.key()) && matches(member.value(), actual[member.key()]);
+         });
 }
 
 /// Compares line by line and remembers how far the expectations were met.

@@ -226,9 +226,8 @@ void ScriptPlayer::dictionary(const Operation& operation) {
       corrections.emplace(word, correction.get<std::string>());
     }
   }
-  session_.desktop().spellChecker.setDictionary(
-      onlyOf(operation.string("language"), {"ru", "en"}), operation.strings("words"),
-      corrections);
+  session_.desktop().spellChecker.setDictionary(onlyOf(operation.string("language"), {"ru", "en"}),
+                                                operation.strings("words"), corrections);
 }
 
 void ScriptPlayer::permission(const Operation& operation) {

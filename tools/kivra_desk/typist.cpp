@@ -50,8 +50,8 @@ void Typist::learnLayout(const std::string& language, const std::string& fallbac
   std::shared_ptr<const KeyboardLayoutData> layout = XkbLayout::named(fallbackLayout);
   const auto sources = desktop_.inputSources.createInputSourceList();
   for (const auto& source : *sources) {
-    const auto matches = source->languages && !source->languages->empty() &&
-                         source->languages->front() == language;
+    const auto matches =
+        source->languages && !source->languages->empty() && source->languages->front() == language;
     if (!matches || !source->unicodeKeyLayoutData) continue;
     layout = source->unicodeKeyLayoutData;
     break;
