@@ -4,6 +4,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <memory>
 #include <string>
 
@@ -61,7 +62,7 @@ class Program {
   void press(std::uint16_t keyCode) {
     benchmark::DoNotOptimize(taps_.callback(EventType::keyDown, Event{.keyCode = keyCode}));
   }
-  void type(const std::vector<std::uint16_t>& keys) {
+  void type(const std::array<std::uint16_t, 6>& keys) {
     for (const auto key : keys) press(key);
   }
   void selectEnglish() { desktop_.inputSources.select("us"); }
@@ -87,8 +88,8 @@ class Program {
   KivraApp app_{platform()};
 };
 
-const std::vector<std::uint16_t> privetKeys = {5, 4, 11, 2, 17, 45};     // "ghbdtn", "привет"
-const std::vector<std::uint16_t> letterKeys = {37, 14, 17, 17, 14, 15};  // "letter"
+constexpr std::array<std::uint16_t, 6> privetKeys = {5, 4, 11, 2, 17, 45};  // "ghbdtn", "привет"
+constexpr std::array<std::uint16_t, 6> letterKeys = {37, 14, 17, 17, 14, 15};  // "letter"
 
 void anOrdinaryKey(benchmark::State& state) {
   Program program;

@@ -50,7 +50,7 @@ void EmbeddedApplication::commandKey(std::uint16_t keyCode) {
       break;
     case key_codes::c:
     case key_codes::x:
-      if (!front_.copies || field.selectedText().empty()) break;
+      if (field.selectedText().empty() || (keyCode == key_codes::c && !front_.copies)) break;
       pasteboard_.copy(field.selectedText());
       if (keyCode == key_codes::x) field.deleteBackward();
       break;
