@@ -47,15 +47,8 @@ void Typist::learnKeys() {
 }
 
 void Typist::learnLayout(const std::string& language, const std::string& fallbackLayout) {
-  std::shared_ptr<const KeyboardLayoutData> layout = XkbLayout::named(fallbackLayout);
-  const auto sources = desktop_.inputSources.createInputSourceList();
-  for (const auto& source : *sources) {
-    const auto matches =
-        source->languages && !source->languages->empty() && source->languages->front() == language;
-    if (!matches || !source->unicodeKeyLayoutData) continue;
-    layout = source->unicodeKeyLayoutData;
-    break;
-  }
+  auto layout = enabledLayout(language);
+  if (!layout) layout = XkbLayout::named(fallbackLayout);
   if (!layout) return;
   for (const auto shift : {false, true}) {
     for (const auto code : keysByPreference()) {
@@ -64,6 +57,16 @@ void Typist::learnLayout(const std::string& language, const std::string& fallbac
       if (character && isPrintable(*character)) keys_.emplace(*character, Key{code, shift});
     }
   }
+}
+
+std::shared_ptr<const KeyboardLayoutData> Typist::enabledLayout(const std::string& language) const {
+  const auto sources = desktop_.inputSources.createInputSourceList();
+  for (const auto& source : *sources) {
+    const auto matches =
+        source->languages && !source->languages->empty() && source->languages->front() == language;
+    if (matches && source->unicodeKeyLayoutData) return source->unicodeKeyLayoutData;
+  }
+  return nullptr;
 }
 
 void Typist::type(std::string_view text) {

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -32,6 +33,7 @@ class Typist {
   };
 
   void learnLayout(const std::string& language, const std::string& fallbackLayout);
+  std::shared_ptr<const KeyboardLayoutData> enabledLayout(const std::string& language) const;
   void typeCharacter(const std::string& character);
   void press(const Key& key);
   void holdShift(bool hold);
