@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <system_error>
+#include <thread>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,8 @@ constexpr int knownVersion = 1;
 constexpr auto createSchema =
     "CREATE TABLE defaults (key TEXT PRIMARY KEY NOT NULL, type TEXT NOT NULL, value NOT NULL)"
     " WITHOUT ROWID; PRAGMA user_version = 1;";
+
+constexpr auto selectAll = "SELECT key, type, value FROM defaults";
 
 FileStatus statusOf(int code) {
   switch (code & 0xFF) {
@@ -150,9 +153,10 @@ FileStatus presence(const std::filesystem::path& path) {
   if (stat(path.c_str(), &found) != 0) {
     return errno == ENOENT || errno == ENOTDIR ? FileStatus::absent : FileStatus::failed;
   }
-  // SQLite would delete the log of an empty file, and with it what is left of the values.
+  // SQLite would delete the log of an empty file, and with it what is left of the values. It takes
+  // a single byte for none.
   struct stat log = {};
-  const bool orphanedLog = found.st_size == 0 && S_ISREG(found.st_mode) &&
+  const bool orphanedLog = found.st_size <= 1 && S_ISREG(found.st_mode) &&
                            stat((path.native() + "-wal").c_str(), &log) == 0 && log.st_size > 0;
   return orphanedLog ? FileStatus::damaged : FileStatus::ok;
 }
@@ -177,6 +181,15 @@ void distrustFile(sqlite3* connection) {
   sqlite3_db_config(connection, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+}
+
+/// Asks again every millisecond: locks are short, and a key may be waiting. SQLite's own handler
+/// sleeps ever longer, and starves beside a program that writes much.
+int waitForLock(void* wait, int timesAsked) {
+  constexpr std::chrono::milliseconds pause(1);
+  if (timesAsked * pause >= *static_cast<const std::chrono::milliseconds*>(wait)) return 0;
+  std::this_thread::sleep_for(pause);
+  return 1;
 }
 
 FileStatus versionOf(sqlite3* connection, std::int64_t& version) {
@@ -234,7 +247,8 @@ FileStatus DefaultsFile::check() {
   Statement statement(connection_.get(), "PRAGMA quick_check(1)");
   const int code = statement.step();
   if (code != SQLITE_ROW) return statusOf(code);
-  return statement.bytes(0) == "ok" ? FileStatus::ok : FileStatus::damaged;
+  if (statement.bytes(0) != "ok") return FileStatus::damaged;
+  return version == 0 ? FileStatus::ok : statusOf(Statement(connection_.get(), selectAll).step());
 }
 
 FileStatus DefaultsFile::prepareForWriting() {
@@ -268,11 +282,12 @@ bool DefaultsFile::hasMoved() const {
 }
 
 void DefaultsFile::setWait(std::chrono::milliseconds wait) {
-  sqlite3_busy_timeout(connection_.get(), static_cast<int>(wait.count()));
+  wait_ = wait;
+  sqlite3_busy_handler(connection_.get(), waitForLock, &wait_);
 }
 
 FileStatus DefaultsFile::load(StoredValues& values) {
-  Statement rows(connection_.get(), "SELECT key, type, value FROM defaults");
+  Statement rows(connection_.get(), selectAll);
   int code = SQLITE_OK;
   while ((code = rows.step()) == SQLITE_ROW) {
     if (auto value = decodedValue(rows.bytes(1), rows, 2)) {

@@ -36,6 +36,10 @@ using StoredValues = std::map<std::string, DefaultsValue, std::less<>>;
 /// of the process and of the machine. Nothing throws.
 class DefaultsFile {
  public:
+  DefaultsFile() = default;
+  DefaultsFile(const DefaultsFile&) = delete;  // SQLite has the address of wait_
+  DefaultsFile& operator=(const DefaultsFile&) = delete;
+
   /// Opens and checks the file. While the status is `newer` or `damaged` it is open as well, and
   /// must not be written to.
   FileStatus open(const std::filesystem::path& path, FileAccess access,
@@ -70,6 +74,7 @@ class DefaultsFile {
   FileStatus prepareForWriting();
   FileStatus execute(const char* sql);
 
+  std::chrono::milliseconds wait_{0};
   std::unique_ptr<sqlite3, Closer> connection_;
 };
 
