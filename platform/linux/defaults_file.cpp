@@ -183,15 +183,6 @@ void distrustFile(sqlite3* connection) {
   sqlite3_db_config(connection, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
 }
 
-/// Asks again every millisecond: locks are short, and a key may be waiting. SQLite's own handler
-/// sleeps ever longer, and starves beside a program that writes much.
-int waitForLock(void* wait, int timesAsked) {
-  constexpr std::chrono::milliseconds pause(1);
-  if (timesAsked * pause >= *static_cast<const std::chrono::milliseconds*>(wait)) return 0;
-  std::this_thread::sleep_for(pause);
-  return 1;
-}
-
 FileStatus versionOf(sqlite3* connection, std::int64_t& version) {
   Statement statement(connection, "PRAGMA user_version");
   const int code = statement.step();
@@ -282,8 +273,19 @@ bool DefaultsFile::hasMoved() const {
 }
 
 void DefaultsFile::setWait(std::chrono::milliseconds wait) {
-  wait_ = wait;
-  sqlite3_busy_handler(connection_.get(), waitForLock, &wait_);
+  lockWait_.limit = wait;
+  sqlite3_busy_handler(connection_.get(), waitForLock, &lockWait_);
+}
+
+/// Asks again every millisecond: locks are short, and a key may be waiting. SQLite's own handler
+/// sleeps ever longer, and starves beside a program that writes much.
+int DefaultsFile::waitForLock(void* lockWait, int timesAsked) {
+  auto& wait = *static_cast<LockWait*>(lockWait);
+  const auto now = std::chrono::steady_clock::now();
+  if (timesAsked == 0) wait.end = now + wait.limit;
+  if (now >= wait.end) return 0;
+  std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  return 1;
 }
 
 FileStatus DefaultsFile::load(StoredValues& values) {

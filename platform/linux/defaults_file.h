@@ -37,7 +37,7 @@ using StoredValues = std::map<std::string, DefaultsValue, std::less<>>;
 class DefaultsFile {
  public:
   DefaultsFile() = default;
-  DefaultsFile(const DefaultsFile&) = delete;  // SQLite has the address of wait_
+  DefaultsFile(const DefaultsFile&) = delete;  // SQLite has the address of lockWait_
   DefaultsFile& operator=(const DefaultsFile&) = delete;
 
   /// Opens and checks the file. While the status is `newer` or `damaged` it is open as well, and
@@ -69,12 +69,18 @@ class DefaultsFile {
     void operator()(sqlite3* connection) const;
   };
 
+  struct LockWait {
+    std::chrono::milliseconds limit{0};
+    std::chrono::steady_clock::time_point end;  ///< of the wait under way
+  };
+
+  static int waitForLock(void* lockWait, int timesAsked);
   FileStatus connect(const std::filesystem::path& path, FileAccess access);
   FileStatus check();
   FileStatus prepareForWriting();
   FileStatus execute(const char* sql);
 
-  std::chrono::milliseconds wait_{0};
+  LockWait lockWait_;
   std::unique_ptr<sqlite3, Closer> connection_;
 };
 

@@ -70,7 +70,7 @@ class DefaultsFixture : public ::testing::Test {
   SqliteDefaultsDatabase opened() {
     using std::chrono::milliseconds;
     return {path(), [this](std::string_view line) { log_.emplace_back(line); },
-            DefaultsWaits{milliseconds(100), milliseconds(50), milliseconds(50)}};
+            DefaultsWaits{milliseconds(600), milliseconds(50), milliseconds(50)}};
   }
 
   StoredDictionary storedOnDisk() { return opened().dictionaryRepresentation(); }

@@ -133,6 +133,12 @@ INSTANTIATE_TEST_SUITE_P(
         Damage{"Truncated",
                [](const std::string& good) { return good.substr(0, good.size() / 2); }},
         Damage{"BadHeader", [](const std::string& good) { return "x" + good.substr(1); }},
+        Damage{"WrongCountInAPage",  // which reading does not meet
+               [](const std::string& good) {
+                 auto bytes = good;
+                 bytes[4096 + 7] = 5;
+                 return bytes;
+               }},
         Damage{"FlippedInTheMiddle",
                [](const std::string& good) {
                  auto bytes = good;
