@@ -213,8 +213,8 @@ void AffixExpander::emit(std::u32string_view form, const Flags& flags, Output& o
   if (!has(flags, needAffix_) && !has(flags, onlyInCompound_)) out.form(form, true);
 }
 
-void AffixExpander::addSuffixes(std::u32string_view stem, const Flags& flags,
-                                const Flags& prefixes, int depth, Output& out) const {
+void AffixExpander::addSuffixes(std::u32string_view stem, const Flags& flags, const Flags& prefixes,
+                                int depth, Output& out) const {
   for (const Flag flag : flags) {
     const auto set = sets_.find(flag);
     if (set == sets_.end() || set->second.isPrefix) continue;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
+#include <utility>
 
 namespace kivra {
 namespace {
@@ -13,9 +13,24 @@ constexpr std::size_t kLongestWord = 30;
 // From seven letters on a correction may be two letters away, before that one.
 constexpr std::size_t kTwoSlipsFrom = 7;
 
-int knob(const char* name, int value) {
-  const char* text = std::getenv(name);
-  return text ? std::atoi(text) : value;
+// The least score of a correction of four letters, and how much lower it may be for each letter
+// more: a longer word has fewer words near it by chance.
+constexpr int kLeastScore = 4;
+constexpr int kLeastScoreFalls = 3;
+constexpr std::size_t kLeastScoreFallsUntil = 12;
+// Words with a capital are often names that no dictionary has, words in capitals abbreviations; a
+// name is seldom meant by a word in lower case.
+constexpr int kMoreForCapitalised = 18;
+constexpr int kMoreForUpper = 10;
+constexpr int kMoreForName = 12;
+// How far the best candidate must be ahead of the next one.
+constexpr int kLead = 3;
+
+// What a frequency level counts for. Above the knee differences count half: the lists come from an
+// encyclopedia, where "может" is a million times as common as "можешь".
+int commonness(int level) {
+  constexpr int kKnee = 20;
+  return level <= kKnee ? level : kKnee + (level - kKnee) * 9 / 16;
 }
 
 // Walks the automaton with all ways to match at most two slips at once: bit i of `reached[d]` says
@@ -23,7 +38,9 @@ int knob(const char* name, int value) {
 class NearbyWords {
  public:
   NearbyWords(const SpellingIndex& index, std::string_view word, std::size_t slips)
-      : automaton_(index.automaton()), index_(index), slips_(slips),
+      : automaton_(index.automaton()),
+        index_(index),
+        slips_(slips),
         accepting_(std::uint64_t{1} << word.size()) {
     for (std::size_t i = 0; i < word.size(); ++i) {
       places_[static_cast<unsigned char>(word[i])] |= std::uint64_t{1} << i;
@@ -82,17 +99,27 @@ class NearbyWords {
 
 bool mayBeMeant(const IndexedWord& word) {
   if (!word.inDictionary) return false;
-  return word.dictionaryCase == LetterCase::lower ||
-         word.dictionaryCase == LetterCase::capitalised;
+  return word.dictionaryCase == LetterCase::lower || word.dictionaryCase == LetterCase::capitalised;
+}
+
+int leastScore(std::size_t letters, LetterCase typed, const IndexedWord& candidate) {
+  const std::size_t more = std::min(letters, kLeastScoreFallsUntil) - kShortestWord;
+  int least = kLeastScore - kLeastScoreFalls * static_cast<int>(more);
+  if (typed == LetterCase::capitalised) least += kMoreForCapitalised;
+  if (typed == LetterCase::upper) least += kMoreForUpper;
+  if (typed == LetterCase::lower && candidate.dictionaryCase != LetterCase::lower) {
+    least += kMoreForName;
+  }
+  return least;
 }
 
 std::string inCase(std::string_view code, LetterCase typed, LetterCase dictionary) {
   const std::u32string scalars = decodeUtf8(decodeWord(code));
   std::string out;
   for (std::size_t i = 0; i < scalars.size(); ++i) {
-    const bool capital = typed == LetterCase::upper ||
-                         (i == 0 && (typed == LetterCase::capitalised ||
-                                     dictionary == LetterCase::capitalised));
+    const bool capital =
+        typed == LetterCase::upper ||
+        (i == 0 && (typed == LetterCase::capitalised || dictionary == LetterCase::capitalised));
     appendUtf8(out, capital ? upperScalar(scalars[i]) : scalars[i]);
   }
   return out;
@@ -107,11 +134,25 @@ std::vector<CorrectionCandidate> Corrector::candidates(std::string_view encoded)
   nearby.search([&](const std::string& word, const IndexedWord& known) {
     if (!mayBeMeant(known)) return;
     const int cost = slips_.cost(encoded, word);
-    out.push_back({word, known, cost, known.frequency.level - cost});
+    out.push_back({word, known, cost, commonness(known.frequency.level) - cost, true});
   });
-  std::sort(out.begin(), out.end(),
-            [](const auto& a, const auto& b) { return a.score > b.score; });
+  if (encoded.size() < kTwoSlipsFrom) addSwapped(encoded, out);
+  std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.score > b.score; });
   return out;
+}
+
+void Corrector::addSwapped(std::string_view encoded, std::vector<CorrectionCandidate>& out) const {
+  std::string word(encoded);
+  for (std::size_t i = 0; i + 1 < word.size(); ++i) {
+    if (word[i] == word[i + 1]) continue;
+    std::swap(word[i], word[i + 1]);
+    const auto known = index_.find(word);
+    if (known && mayBeMeant(*known)) {
+      const int cost = slips_.cost(encoded, word);
+      out.push_back({word, *known, cost, commonness(known->frequency.level) - cost, false});
+    }
+    std::swap(word[i], word[i + 1]);
+  }
 }
 
 std::optional<std::string> Corrector::correct(std::u32string_view word) const {
@@ -122,14 +163,10 @@ std::optional<std::string> Corrector::correct(std::u32string_view word) const {
   if (!code) return std::nullopt;
   const std::vector<CorrectionCandidate> near = candidates(*code);
   if (near.empty()) return std::nullopt;
-  static const int kMin = knob("K_MIN", 14), kPer = knob("K_PER", 2), kLead = knob("K_LEAD", 10),
-                   kCap = knob("K_CAP", 8), kUp = knob("K_UP", 10), kName = knob("K_NAME", 8);
-  const auto& best = near.front();
-  int least = kMin - kPer * (static_cast<int>(std::min<std::size_t>(code->size(), 12)) - 4);
-  if (typedCase == LetterCase::capitalised) least += kCap;
-  if (typedCase == LetterCase::upper) least += kUp;
-  if (typedCase == LetterCase::lower && best.known.dictionaryCase != LetterCase::lower) least += kName;
-  if (best.score < least) return std::nullopt;
+  const CorrectionCandidate& best = near.front();
+  if (!best.isAccepted || best.score < leastScore(code->size(), typedCase, best.known)) {
+    return std::nullopt;
+  }
   if (near.size() > 1 && best.score - near[1].score < kLead) return std::nullopt;
   return inCase(best.word, typedCase, best.known.dictionaryCase);
 }

@@ -15,9 +15,12 @@ namespace kivra {
 struct CorrectionCandidate {
   std::string word;
   IndexedWord known;
-  /// The cost of the slip, and the word's frequency level less that cost.
+  /// The cost of the slip (see SlipModel), and how common the word is less that cost.
   int cost = 0;
   int score = 0;
+  /// False for two swapped letters in a word so short that only one letter may be changed: the word
+  /// is then known not to stand for any other candidate either.
+  bool isAccepted = true;
 };
 
 /// Finds the one dictionary form that a misspelled word stands for, or none rather than a poor one.
@@ -31,10 +34,13 @@ class Corrector {
   /// 3 ms for any word of up to 24 letters (see bench/).
   [[nodiscard]] std::optional<std::string> correct(std::u32string_view word) const;
 
-  /// All dictionary forms within the accepted distance, best score first; for tools and tests.
+  /// All dictionary forms within the accepted distance, and those with two letters swapped; best
+  /// score first.
   [[nodiscard]] std::vector<CorrectionCandidate> candidates(std::string_view encoded) const;
 
  private:
+  void addSwapped(std::string_view encoded, std::vector<CorrectionCandidate>& out) const;
+
   const SpellingIndex& index_;
   SlipModel slips_;
 };

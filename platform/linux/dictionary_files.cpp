@@ -15,7 +15,8 @@ namespace kivra {
 namespace {
 
 constexpr std::string_view kPreferred[] = {"ru_RU", "en_US"};
-// No dictionary in use comes near; reading a runaway file into memory must not take the machine down.
+// No dictionary in use comes near; reading a runaway file into memory must not take the machine
+// down.
 constexpr std::uintmax_t kLargestFile = 64U << 20U;
 
 int rankOf(std::string_view name, std::string_view code) {
@@ -35,7 +36,8 @@ std::string encodingOf(std::string_view aff) {
     const std::size_t end = std::min(aff.find('\n', pos), aff.size());
     std::string_view line = aff.substr(pos, end - pos);
     pos = end + 1;
-    if (!line.starts_with("SET") || line.size() < 5 || (line[3] != ' ' && line[3] != '\t')) continue;
+    if (!line.starts_with("SET") || line.size() < 5 || (line[3] != ' ' && line[3] != '\t'))
+      continue;
     line.remove_prefix(std::min(line.find_first_not_of(" \t", 3), line.size()));
     std::string name(line.substr(0, std::min(line.find_first_of(" \t\r"), line.size())));
     // Dictionaries write the names of these encodings without the hyphen that iconv wants.

@@ -111,7 +111,8 @@ void HunspellSpellChecker::loadAll() {
   }
 }
 
-std::unique_ptr<SpellingLanguage> HunspellSpellChecker::loadLanguage(const std::string& code) const {
+std::unique_ptr<SpellingLanguage> HunspellSpellChecker::loadLanguage(
+    const std::string& code) const {
   for (const DictionaryFiles& files : findDictionaries(options_.dictionaryDirectories, code)) {
     try {
       if (auto language = loadDictionary(files, code)) return language;
@@ -174,9 +175,7 @@ std::vector<std::string> HunspellSpellChecker::availableLanguages() {
   return names;
 }
 
-int HunspellSpellChecker::uniqueSpellDocumentTag() {
-  return ++lastTag_;
-}
+int HunspellSpellChecker::uniqueSpellDocumentTag() { return ++lastTag_; }
 
 const SpellingLanguage* HunspellSpellChecker::find(std::string_view language) {
   const std::lock_guard lock(mutex_);

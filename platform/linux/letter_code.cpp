@@ -41,13 +41,9 @@ char32_t decodeOne(std::string_view utf8, std::size_t& pos) {
   return overlong || surrogate || scalar > 0x10FFFF ? kReplacement : scalar;
 }
 
-bool isLatinExtended(char32_t c) {
-  return c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7;
-}
+bool isLatinExtended(char32_t c) { return c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7; }
 
-bool isUpperScalar(char32_t c) {
-  return lowerScalar(c) != c;
-}
+bool isUpperScalar(char32_t c) { return lowerScalar(c) != c; }
 
 }  // namespace
 

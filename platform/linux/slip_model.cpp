@@ -8,31 +8,33 @@
 namespace kivra {
 namespace {
 
-constexpr int kAnyLetter = 22;
-constexpr int kNeighbourKey = 13;
-constexpr int kSoundAlike = 7;
-constexpr int kVowelForVowel = 13;
+constexpr int kAnyLetter = 26;
+constexpr int kNeighbourKey = 17;
+constexpr int kSoundAlike = 11;
+constexpr int kVowelForVowel = 17;
 constexpr int kYoForYe = 1;
-constexpr int kSwapped = 10;
-constexpr int kDroppedLetter = 14;
-constexpr int kDroppedTwin = 4;
-constexpr int kDroppedSign = 6;
-constexpr int kAddedLetter = 17;
-constexpr int kAddedTwin = 5;
-constexpr int kAddedSign = 6;
-constexpr int kAddedNeighbour = 12;
-constexpr int kMuteLetter = 6;
-constexpr int kFirstLetter = 10;
+constexpr int kSwapped = 14;
+constexpr int kDroppedLetter = 18;
+constexpr int kDroppedTwin = 8;
+constexpr int kDroppedSign = 10;
+constexpr int kDroppedEndSign = 4;
+constexpr int kAddedLetter = 21;
+constexpr int kAddedTwin = 9;
+constexpr int kAddedSign = 10;
+constexpr int kAddedNeighbour = 16;
+constexpr int kDroppedMute = 10;
+constexpr int kAddedMute = 12;
+constexpr int kFirstLetter = 12;
 
 constexpr std::u32string_view kRowsLatin[] = {U"qwertyuiop", U"asdfghjkl", U"zxcvbnm"};
 constexpr std::u32string_view kRowsCyrillic[] = {U"йцукенгшщзхъ", U"фывапролджэ", U"ячсмитьбю"};
 
 // Letters that are heard or remembered as one another.
 constexpr std::u32string_view kAlike[] = {
-    U"оа", U"еи", U"яе", U"яи", U"ыи", U"эе", U"юу", U"бп", U"вф", U"гк", U"дт", U"жш", U"зс",
-    U"шщ", U"цс", U"чш", U"гв", U"щч", U"ьъ", U"ео", U"ое", U"йи",
-    U"ae", U"ei", U"ie", U"ao", U"oa", U"eo", U"ai", U"iy", U"ey", U"ou", U"ck", U"cs", U"sz",
-    U"gj", U"td", U"fv", U"ua", U"ue", U"qk", U"mn", U"sc",
+    U"оа", U"еи", U"яе", U"яи", U"ыи", U"эе", U"юу", U"бп", U"вф", U"гк", U"дт",
+    U"жш", U"зс", U"шщ", U"цс", U"чш", U"гв", U"щч", U"ьъ", U"ео", U"ое", U"йи",
+    U"ae", U"ei", U"ie", U"ao", U"oa", U"eo", U"ai", U"iy", U"ey", U"ou", U"ck",
+    U"cs", U"sz", U"gj", U"td", U"fv", U"ua", U"ue", U"qk", U"mn", U"sc",
 };
 
 std::size_t classOf(char code) {
@@ -68,13 +70,21 @@ bool isMute(std::string_view word, std::size_t at) {
   const char before = at > 0 ? word[at - 1] : '\0';
   const char after = at + 1 < word.size() ? word[at + 1] : '\0';
   if (code == cyrillicCode(U'т')) return before == cyrillicCode(U'с') && after != '\0';
-  if (code == cyrillicCode(U'д')) return before == cyrillicCode(U'з') || before == cyrillicCode(U'р');
+  if (code == cyrillicCode(U'д'))
+    return before == cyrillicCode(U'з') || before == cyrillicCode(U'р');
   if (code == cyrillicCode(U'в')) return after == cyrillicCode(U'с');
   if (code == cyrillicCode(U'л')) return after == cyrillicCode(U'н');
   if (code == 'e') return after == '\0' || !isVowel(after);
   if (code == 'h') return !isVowel(before);
   if (code == 'c') return before == 's' || after == 'k' || after == 'q';
   return code == 'u' && (before == 'g' || before == 'o' || after == 'o');
+}
+
+// "щастье" for "счастье", "мущина" for "мужчина".
+bool isShchaFor(char typed, std::string_view meant) {
+  if (typed != cyrillicCode(U'щ') || meant[1] != cyrillicCode(U'ч')) return false;
+  return meant[0] == cyrillicCode(U'с') || meant[0] == cyrillicCode(U'з') ||
+         meant[0] == cyrillicCode(U'ж');
 }
 
 template <typename Rows, typename Callback>
@@ -128,28 +138,29 @@ int SlipModel::substitution(char typed, char meant) const {
   return typed == meant ? 0 : substitution_[classOf(typed)][classOf(meant)];
 }
 
-int SlipModel::dropped(std::string_view meant, std::size_t at) const {
+int SlipModel::dropped(std::string_view meant, std::size_t at) {
   const char code = meant[at];
-  if ((at > 0 && meant[at - 1] == code) || (at + 1 < meant.size() && meant[at + 1] == code)) {
-    return kDroppedTwin;
+  const bool last = at + 1 == meant.size();
+  if ((at > 0 && meant[at - 1] == code) || (!last && meant[at + 1] == code)) return kDroppedTwin;
+  if (isSign(code)) {
+    // "хочеш": the most common slip of all.
+    const bool verbEnding = last && at > 0 && meant[at - 1] == cyrillicCode(U'ш');
+    return verbEnding ? kDroppedEndSign : kDroppedSign;
   }
-  if (isSign(code)) return kDroppedSign;
-  if (isMute(meant, at)) return kMuteLetter;
+  if (isMute(meant, at)) return kDroppedMute;
   return kDroppedLetter + (at == 0 ? kFirstLetter : 0);
 }
 
 int SlipModel::added(std::string_view typed, std::size_t at) const {
   const char code = typed[at];
-  if (at > 0 && typed[at - 1] == code) return kAddedTwin;
-  if (at + 1 < typed.size() && typed[at + 1] == code) return kAddedTwin;
+  const bool last = at + 1 == typed.size();
+  if ((at > 0 && typed[at - 1] == code) || (!last && typed[at + 1] == code)) return kAddedTwin;
   if (isSign(code)) return kAddedSign;
   const auto touches = [&](std::size_t other) {
     return neighbours_[classOf(code)][classOf(typed[other])] != 0;
   };
-  if ((at > 0 && touches(at - 1)) || (at + 1 < typed.size() && touches(at + 1))) {
-    return kAddedNeighbour;
-  }
-  if (isMute(typed, at)) return kMuteLetter + 2;
+  if ((at > 0 && touches(at - 1)) || (!last && touches(at + 1))) return kAddedNeighbour;
+  if (isMute(typed, at)) return kAddedMute;
   return kAddedLetter + (at == 0 ? kFirstLetter : 0);
 }
 
@@ -168,6 +179,9 @@ int SlipModel::cost(std::string_view typed, std::string_view meant) const {
         const int step = substitution(typed[i - 1], meant[j - 1]);
         const int first = i == 1 && step > kYoForYe ? kFirstLetter : 0;
         best = std::min(best, above[j - 1] + step + first);
+      }
+      if (i > 0 && j > 1 && isShchaFor(typed[i - 1], meant.substr(j - 2, 2))) {
+        best = std::min(best, above[j - 2] + kSoundAlike);
       }
       if (i > 1 && j > 1 && typed[i - 1] == meant[j - 2] && typed[i - 2] == meant[j - 1] &&
           typed[i - 1] != typed[i - 2]) {

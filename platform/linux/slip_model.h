@@ -8,8 +8,9 @@
 namespace kivra {
 
 /// How unlikely it is that a hand or a mind turns one word into another. Costs are in quarters of a
-/// nat (four times the natural logarithm of a chance), the unit of WordFrequency::level, so that the
-/// two may be subtracted. The figures were fitted on the misspellings in tests/platform/linux/data.
+/// nat (four times the natural logarithm of a chance), the unit of WordFrequency::level, so that
+/// the two may be subtracted. The figures were fitted on the misspellings in
+/// tests/platform/linux/data, among others.
 class SlipModel {
  public:
   SlipModel();
@@ -27,7 +28,7 @@ class SlipModel {
   using Table = std::array<std::array<std::uint8_t, kClasses>, kClasses>;
 
   [[nodiscard]] int substitution(char typed, char meant) const;
-  [[nodiscard]] int dropped(std::string_view meant, std::size_t at) const;
+  [[nodiscard]] static int dropped(std::string_view meant, std::size_t at);
   [[nodiscard]] int added(std::string_view typed, std::size_t at) const;
 
   Table substitution_{};

@@ -13,7 +13,7 @@ namespace kivra {
 namespace {
 
 constexpr std::uint64_t kMagic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
-constexpr std::uint32_t kFormatVersion = 3;
+constexpr std::uint32_t kFormatVersion = 1;
 
 // Flags byte of a word: the dictionary's case and membership, then what the lists saw, shifted.
 constexpr std::uint8_t kCaseMask = 0x03;
@@ -31,8 +31,10 @@ struct Header {
   std::uint32_t edgeCount = 0;
   std::uint32_t wordCount = 0;
   std::uint32_t root = 0;
+  std::uint32_t hasFrequencies = 0;
+  std::uint32_t reserved = 0;
 };
-static_assert(sizeof(Header) == 40);
+static_assert(sizeof(Header) == 48);
 
 std::uint64_t checksumOf(std::span<const char> bytes) {
   std::uint64_t hash = bytes.size();
@@ -62,9 +64,8 @@ class FormPile {
   }
 
   void sort() {
-    std::sort(entries_.begin(), entries_.end(), [this](std::size_t a, std::size_t b) {
-      return wordAt(a) < wordAt(b);
-    });
+    std::sort(entries_.begin(), entries_.end(),
+              [this](std::size_t a, std::size_t b) { return wordAt(a) < wordAt(b); });
   }
 
   [[nodiscard]] std::size_t size() const { return entries_.size(); }
@@ -173,6 +174,7 @@ std::string SpellingIndex::build(const FormSource& forms, const WordFrequencies&
   header.root = automaton.finish();
   header.edgeCount = static_cast<std::uint32_t>(automaton.edges().size());
   header.wordCount = automaton.wordCount();
+  header.hasFrequencies = frequencies.empty() ? 0 : 1;
   std::string block;
   block.reserve(sizeof(Header) + automaton.edges().size() * sizeof(AutomatonEdge) +
                 bytes.levels.size() * 2);
@@ -202,11 +204,11 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   const auto* words = reinterpret_cast<const std::uint8_t*>(body.data() + edgeBytes);
   levels_ = {words, header.wordCount};
   flags_ = {words + header.wordCount, header.wordCount};
+  hasFrequencies_ = header.hasFrequencies != 0;
   return true;
 }
 
-std::unique_ptr<SpellingIndex> SpellingIndex::fromBlock(std::string block,
-                                                        std::uint64_t identity) {
+std::unique_ptr<SpellingIndex> SpellingIndex::fromBlock(std::string block, std::uint64_t identity) {
   std::unique_ptr<SpellingIndex> index(new SpellingIndex);
   index->owned_ = std::move(block);
   if (!index->attach(index->owned_, identity)) return nullptr;

@@ -56,6 +56,9 @@ class SpellingIndex {
   /// What is known about the word with a number that the automaton gave.
   [[nodiscard]] IndexedWord word(std::uint32_t number) const;
 
+  /// False for an index built without a frequency list.
+  [[nodiscard]] bool hasFrequencies() const { return hasFrequencies_; }
+
   [[nodiscard]] const WordAutomaton& automaton() const { return automaton_; }
 
  private:
@@ -69,6 +72,7 @@ class SpellingIndex {
   WordAutomaton automaton_;
   std::span<const std::uint8_t> levels_;
   std::span<const std::uint8_t> flags_;
+  bool hasFrequencies_ = false;
 };
 
 }  // namespace kivra

@@ -1,7 +1,6 @@
 #include "platform/linux/spelling_language.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <hunspell.hxx>
 #include <utility>
 
@@ -17,10 +16,12 @@ constexpr std::size_t kShortForm = 4;
 
 constexpr std::u32string_view kOneLetterWords = U"aiавикосуя";
 
-int knob(const char* name, int value) {
-  const char* text = std::getenv(name);
-  return text ? std::atoi(text) : value;
-}
+// The least level at which a counted word of up to kShortForm letters is left alone though the
+// dictionary lacks it: 7 in a million words.
+constexpr int kShortListedLevel = 26;
+// The lists of words from web pages have misspellings in them. Such a word is not left alone when a
+// word close by outweighs it by more than this.
+constexpr int kSuspicion = -8;
 
 std::string toUtf8(std::u32string_view word) {
   std::string out;
@@ -52,8 +53,11 @@ bool caseFits(LetterCase typed, std::uint8_t seen) {
 
 SpellingLanguage::SpellingLanguage(std::string name, std::unique_ptr<Hunspell> hunspell,
                                    std::string encoding, std::unique_ptr<SpellingIndex> index)
-    : name_(std::move(name)), hunspell_(std::move(hunspell)), encoding_(std::move(encoding)),
-      index_(std::move(index)), corrector_(*index_) {}
+    : name_(std::move(name)),
+      hunspell_(std::move(hunspell)),
+      encoding_(std::move(encoding)),
+      index_(std::move(index)),
+      corrector_(*index_) {}
 
 SpellingLanguage::~SpellingLanguage() = default;
 
@@ -81,7 +85,8 @@ bool SpellingLanguage::isValidWhole(std::u32string_view word) const {
   const auto known = lookUp(word);
   if (known && (known->frequency.seen & kSeenShadowed) != 0) return false;
   if (dictionaryHas(word)) {
-    return letters > kShortForm || (known && known->frequency.level > 0);
+    return letters > kShortForm || !index_->hasFrequencies() ||
+           (known && known->frequency.level > 0);
   }
   return known && listsKnow(word, *known);
 }
@@ -111,22 +116,24 @@ bool SpellingLanguage::dictionaryHas(std::u32string_view word) const {
 }
 
 bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& known) const {
-  static const int kShort = knob("L_SHORT", 26), kLong = knob("L_LONG", 9),
-                   kSus = knob("L_SUS", 14);
   const WordFrequency& frequency = known.frequency;
   const std::size_t letters = letterCount(word);
   const LetterCase typed = letterCaseOf(word);
   const bool counted = (frequency.seen & kSeenCounted) != 0;
   if (letters <= kShortForm) {
-    return counted && frequency.level >= kShort && caseFits(typed, frequency.seen);
+    // The count is that of the name: "уфе", the keys of "eat".
+    if (known.inDictionary && typed < known.dictionaryCase) return false;
+    return counted && frequency.level >= kShortListedLevel && caseFits(typed, frequency.seen);
   }
-  if (frequency.level < kLong) return false;
-  // A name written without its capital is left alone too.
-  if (!caseFits(typed, frequency.seen) && typed == LetterCase::mixed) return false;
+  if (frequency.level == 0) return false;
+  // A name written without its capital is left alone too, but not "иТог".
+  if (typed == LetterCase::mixed && !caseFits(typed, frequency.seen)) return false;
   if (counted) return true;
   const auto code = encodeWord(word);
+  if (!code) return false;
   const auto near = corrector_.candidates(*code);
-  return near.empty() || near.front().score - frequency.level < kSus;
+  if (near.empty() || near.front().score - frequency.level < kSuspicion) return true;
+  return !corrector_.correct(word);
 }
 
 std::optional<std::string> SpellingLanguage::correct(std::u32string_view word) const {

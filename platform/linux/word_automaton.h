@@ -48,9 +48,7 @@ class WordAutomaton {
   [[nodiscard]] std::optional<std::uint32_t> find(std::string_view word) const;
 
   [[nodiscard]] std::uint32_t root() const { return root_; }
-  [[nodiscard]] const AutomatonEdge& edge(std::uint32_t position) const {
-    return edges_[position];
-  }
+  [[nodiscard]] const AutomatonEdge& edge(std::uint32_t position) const { return edges_[position]; }
 
  private:
   std::span<const AutomatonEdge> edges_;

@@ -5,20 +5,30 @@
 namespace kivra {
 namespace {
 
-bool isDigit(char32_t c) {
-  return c >= U'0' && c <= U'9';
+bool isBlank(char32_t c) {
+  return c == U' ' || c == U'\t' || c == U'\n' || c == U'\r' || c == 0xA0;
 }
 
-bool isMark(char32_t c) {
-  return c >= 0x300 && c <= 0x36F;
-}
+bool isDigit(char32_t c) { return c >= U'0' && c <= U'9'; }
+
+bool isMark(char32_t c) { return c >= 0x300 && c <= 0x36F; }
 
 bool isWordScalar(char32_t c) {
   return isLetterScalar(c) || isDigit(c) || isMark(c) || c == U'`' || c == U'~';
 }
 
-bool isJoiner(char32_t c) {
-  return c == U'\'' || c == U'’' || c == U'-';
+bool isJoiner(char32_t c) { return c == U'\'' || c == U'’' || c == U'-'; }
+
+// Signs that stand behind a word and before a blank. With a letter close behind they are no
+// punctuation but letters of the other layout: ",sk" is "был", "jib,jr" is "ошибок".
+bool isGlue(char32_t c) {
+  return c == U',' || c == U';' || c == U'<' || c == U'[' || c == U']' || c == U'{' || c == U'}';
+}
+
+bool mayLead(char32_t c) { return c == U',' || c == U';' || c == U'.'; }
+
+bool letterFollows(std::u32string_view text, std::size_t pos) {
+  return pos + 1 < text.size() && isLetterScalar(text[pos + 1]);
 }
 
 std::size_t utf16Length(std::u32string_view text) {
@@ -28,10 +38,12 @@ std::size_t utf16Length(std::u32string_view text) {
 }
 
 std::size_t endOfWord(std::u32string_view text, std::size_t start) {
-  std::size_t end = start;
+  std::size_t end = isWordScalar(text[start]) ? start : start + 1;
   while (end < text.size()) {
-    const bool joins = isJoiner(text[end]) && end + 1 < text.size() &&
-                       isWordScalar(text[end + 1]) && end > start;
+    const bool joins =
+        end > start &&
+        ((isJoiner(text[end]) && end + 1 < text.size() && isWordScalar(text[end + 1])) ||
+         (isGlue(text[end]) && letterFollows(text, end)));
     if (!isWordScalar(text[end]) && !joins) break;
     ++end;
   }
@@ -53,7 +65,9 @@ std::vector<FoundWord> findWords(std::u32string_view text) {
   std::vector<FoundWord> words;
   std::size_t location = 0;
   for (std::size_t pos = 0; pos < text.size();) {
-    if (!isWordScalar(text[pos])) {
+    const bool leads =
+        mayLead(text[pos]) && letterFollows(text, pos) && (pos == 0 || isBlank(text[pos - 1]));
+    if (!isWordScalar(text[pos]) && !leads) {
       location += utf16Length(text.substr(pos, 1));
       ++pos;
       continue;
@@ -61,7 +75,9 @@ std::vector<FoundWord> findWords(std::u32string_view text) {
     const std::size_t end = endOfWord(text, pos);
     const std::u32string_view word = text.substr(pos, end - pos);
     const std::size_t length = utf16Length(word);
-    if (isCheckable(word)) words.push_back({word, location, length});
+    const bool initial =
+        word.size() == 1 && lowerScalar(word[0]) != word[0] && text.substr(end).starts_with(U'.');
+    if (isCheckable(word) && !initial) words.push_back({word, location, length});
     location += length;
     pos = end;
   }
