@@ -157,18 +157,20 @@ void Corrector::addSwapped(std::string_view encoded, std::vector<CorrectionCandi
 
 std::optional<std::string> Corrector::correct(std::u32string_view word) const {
   if (word.size() < kShortestWord || word.size() > kLongestWord) return std::nullopt;
-  const LetterCase typedCase = letterCaseOf(word);
-  if (typedCase == LetterCase::mixed) return std::nullopt;
   const auto code = encodeWord(word);
-  if (!code) return std::nullopt;
-  const std::vector<CorrectionCandidate> near = candidates(*code);
-  if (near.empty()) return std::nullopt;
+  return code ? choose(word, candidates(*code)) : std::nullopt;
+}
+
+std::optional<std::string> Corrector::choose(std::u32string_view word,
+                                             const std::vector<CorrectionCandidate>& near) {
+  const LetterCase typed = letterCaseOf(word);
+  if (near.empty() || typed == LetterCase::mixed) return std::nullopt;
   const CorrectionCandidate& best = near.front();
-  if (!best.isAccepted || best.score < leastScore(code->size(), typedCase, best.known)) {
+  if (!best.isAccepted || best.score < leastScore(word.size(), typed, best.known)) {
     return std::nullopt;
   }
   if (near.size() > 1 && best.score - near[1].score < kLead) return std::nullopt;
-  return inCase(best.word, typedCase, best.known.dictionaryCase);
+  return inCase(best.word, typed, best.known.dictionaryCase);
 }
 
 }  // namespace kivra

@@ -34,6 +34,10 @@ class Corrector {
   /// 3 ms for any word of up to 24 letters (see bench/).
   [[nodiscard]] std::optional<std::string> correct(std::u32string_view word) const;
 
+  /// The one of a word's candidates that it is corrected to, in the word's own letter case.
+  [[nodiscard]] static std::optional<std::string> choose(
+      std::u32string_view word, const std::vector<CorrectionCandidate>& near);
+
   /// All dictionary forms within the accepted distance, and those with two letters swapped; best
   /// score first.
   [[nodiscard]] std::vector<CorrectionCandidate> candidates(std::string_view encoded) const;

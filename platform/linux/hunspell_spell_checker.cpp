@@ -100,42 +100,49 @@ void HunspellSpellChecker::waitUntilLoaded() {
 }
 
 void HunspellSpellChecker::loadAll() {
+  // All indexes come first: building one leaves tens of megabytes of holes, and hunspell's small
+  // pieces would settle among them and keep them from being given back.
+  std::vector<Prepared> prepared;
   for (const std::string& code : options_.languages) {
-    auto language = loadLanguage(code);
-    if (language) {
+    if (auto language = prepare(code)) prepared.push_back(*std::move(language));
+  }
+  malloc_trim(0);
+  for (Prepared& language : prepared) {
+    if (cancelled_) return;
+    try {
+      auto loaded = withHunspell(std::move(language));
       const std::lock_guard lock(mutex_);
-      languages_.push_back(std::move(language));
+      languages_.push_back(std::move(loaded));
+    } catch (const std::exception&) {
+      // Out of memory: the language is not offered.
     }
-    // Building an index leaves tens of megabytes that the allocator would keep for ever.
-    malloc_trim(0);
   }
 }
 
-std::unique_ptr<SpellingLanguage> HunspellSpellChecker::loadLanguage(
+std::unique_ptr<SpellingLanguage> HunspellSpellChecker::withHunspell(Prepared language) {
+  const DictionaryFiles& files = language.files;
+  auto hunspell = std::make_unique<Hunspell>(files.aff.c_str(), files.dic.c_str());
+  return std::make_unique<SpellingLanguage>(files.name, std::move(hunspell), language.encoding,
+                                            std::move(language.index));
+}
+
+std::optional<HunspellSpellChecker::Prepared> HunspellSpellChecker::prepare(
     const std::string& code) const {
-  for (const DictionaryFiles& files : findDictionaries(options_.dictionaryDirectories, code)) {
+  auto found = findDictionaries(options_.dictionaryDirectories, code);
+  for (DictionaryFiles& files : found) {
     try {
-      if (auto language = loadDictionary(files, code)) return language;
+      const auto text = readDictionary(files);
+      if (!text) continue;
+      if (auto index = loadIndex(files, code, *text)) {
+        return Prepared{std::move(files), text->encoding, std::move(index)};
+      }
     } catch (const Cancelled&) {
-      return nullptr;
+      return std::nullopt;
     } catch (const std::exception&) {
       // Out of memory or a length out of bounds: a dictionary that lies about its size.
     }
   }
-  return nullptr;
-}
-
-std::unique_ptr<SpellingLanguage> HunspellSpellChecker::loadDictionary(
-    const DictionaryFiles& files, const std::string& code) const {
-  auto text = readDictionary(files);
-  if (!text) return nullptr;
-  auto index = loadIndex(files, code, *text);
-  if (!index) return nullptr;
-  const std::string encoding = text->encoding;
-  text.reset();
-  auto hunspell = std::make_unique<Hunspell>(files.aff.c_str(), files.dic.c_str());
-  return std::make_unique<SpellingLanguage>(files.name, std::move(hunspell), encoding,
-                                            std::move(index));
+  return std::nullopt;
 }
 
 std::unique_ptr<SpellingIndex> HunspellSpellChecker::loadIndex(const DictionaryFiles& files,

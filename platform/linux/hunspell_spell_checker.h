@@ -57,10 +57,16 @@ class HunspellSpellChecker : public SpellChecker {
                                                     std::string_view language, int tag) override;
 
  private:
+  /// A checked dictionary with its index, for hunspell to read.
+  struct Prepared {
+    DictionaryFiles files;
+    std::string encoding;
+    std::unique_ptr<SpellingIndex> index;
+  };
+
   void loadAll();
-  std::unique_ptr<SpellingLanguage> loadLanguage(const std::string& code) const;
-  std::unique_ptr<SpellingLanguage> loadDictionary(const DictionaryFiles& files,
-                                                   const std::string& code) const;
+  std::optional<Prepared> prepare(const std::string& code) const;
+  static std::unique_ptr<SpellingLanguage> withHunspell(Prepared language);
   std::unique_ptr<SpellingIndex> loadIndex(const DictionaryFiles& files, const std::string& code,
                                            const DictionaryText& text) const;
   const SpellingLanguage* find(std::string_view language);

@@ -133,7 +133,7 @@ bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& kn
   if (!code) return false;
   const auto near = corrector_.candidates(*code);
   if (near.empty() || near.front().score - frequency.level < kSuspicion) return true;
-  return !corrector_.correct(word);
+  return !Corrector::choose(word, near);
 }
 
 std::optional<std::string> SpellingLanguage::correct(std::u32string_view word) const {

@@ -50,6 +50,16 @@ std::size_t endOfWord(std::u32string_view text, std::size_t start) {
   return end;
 }
 
+// An initial ("T.") or a letter of "i.e.".
+bool isAbbreviation(std::u32string_view text, std::size_t pos, std::size_t end) {
+  const auto dotAt = [text](std::size_t at) { return at < text.size() && text[at] == U'.'; };
+  if (end != pos + 1 || !dotAt(end)) return false;
+  const bool capital = lowerScalar(text[pos]) != text[pos];
+  const bool before = pos >= 2 && dotAt(pos - 1) && isLetterScalar(text[pos - 2]);
+  const bool after = letterFollows(text, end) && dotAt(end + 2);
+  return capital || before || after;
+}
+
 bool isCheckable(std::u32string_view word) {
   bool letter = false;
   for (const char32_t c : word) {
@@ -75,9 +85,8 @@ std::vector<FoundWord> findWords(std::u32string_view text) {
     const std::size_t end = endOfWord(text, pos);
     const std::u32string_view word = text.substr(pos, end - pos);
     const std::size_t length = utf16Length(word);
-    const bool initial =
-        word.size() == 1 && lowerScalar(word[0]) != word[0] && text.substr(end).starts_with(U'.');
-    if (isCheckable(word) && !initial) words.push_back({word, location, length});
+    if (isCheckable(word) && !isAbbreviation(text, pos, end))
+      words.push_back({word, location, length});
     location += length;
     pos = end;
   }

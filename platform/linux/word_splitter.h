@@ -14,10 +14,10 @@ struct FoundWord {
 };
 
 /// The words of a text, without the punctuation around them. An apostrophe or a hyphen between
-/// letters belongs to the word; a piece with a digit in it ("mp3", "2-й") is no word, nor
-/// is an initial ("T."). A grave accent
-/// or a tilde that touches a word is kept as part of it: nobody ends an English word with one, but
-/// it is the key of "ё".
+/// letters belongs to the word; a piece with a digit in it ("mp3", "2-й") is no word, nor is an
+/// initial ("T.") or a letter of "i.e.". Signs that stand where no punctuation does (a grave accent
+/// at a word, a comma before it or inside) are kept as part of it: they are letters of the other
+/// layout.
 std::vector<FoundWord> findWords(std::u32string_view text);
 
 }  // namespace kivra

@@ -134,7 +134,7 @@ TEST_F(HunspellSpellCheckerTest, correctsInTheCaseOfTheWord) {
   checker.waitUntilLoaded();
   EXPECT_EQ(correction(checker, "corect"), "correct");
   EXPECT_EQ(correction(checker, "Corect"), "Correct");
-  EXPECT_EQ(correction(checker, "COREKT"), "CORRECT");
+  EXPECT_EQ(correction(checker, "CORECT"), "CORRECT");
   EXPECT_EQ(correction(checker, "wednesdey"), "Wednesday");
   EXPECT_EQ(correction(checker, "coRect"), "");
   EXPECT_EQ(correction(checker, "qwertyq"), "");
