@@ -133,6 +133,7 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file) {
 std::optional<std::string> convertEncoding(std::string_view text, const std::string& from,
                                            const std::string& to) {
   const iconv_t converter = iconv_open(to.c_str(), from.c_str());
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): iconv's own way to say no
   if (converter == reinterpret_cast<iconv_t>(-1)) return std::nullopt;
   std::string out;
   std::string in(text);

@@ -32,7 +32,7 @@ fs::path environmentPath(const char* name) {
 }
 
 fs::path userDirectory(const char* variable, const char* belowHome) {
-  const fs::path path = environmentPath(variable);
+  fs::path path = environmentPath(variable);
   if (!path.empty()) return path;
   const fs::path home = environmentPath("HOME");
   return home.empty() ? fs::path() : home / belowHome;

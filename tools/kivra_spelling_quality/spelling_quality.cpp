@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <initializer_list>
 
 #include "platform/linux/letter_code.h"
 
@@ -32,6 +33,12 @@ bool isWordKey(std::size_t key) {
 std::string toUtf8(std::u32string_view text) {
   std::string out;
   for (const char32_t c : text) appendUtf8(out, c);
+  return out;
+}
+
+std::string joined(std::initializer_list<std::string_view> parts) {
+  std::string out;
+  for (const std::string_view part : parts) out += part;
   return out;
 }
 
@@ -81,7 +88,7 @@ std::size_t editDistance(std::u32string_view a, std::u32string_view b) {
 }
 
 Outcome correctTypo(const Oracle& oracle, std::u32string_view typed, bool russian) {
-  const Outcome none{Change::none, toUtf8(typed)};
+  Outcome none{Change::none, toUtf8(typed)};
   if (!allLetters(typed) || typed.size() < 4) return none;
   const std::string word = toUtf8(typed);
   if (oracle.isValid(word, russian)) return none;
@@ -193,10 +200,10 @@ Shares misspellings(const Oracle& oracle, std::string_view list, bool russian) {
       ++shares.right;
     } else if (outcome && outcome->change != Change::none) {
       ++shares.wrong;
-      shares.notes.push_back("X " + typed + " > " + outcome->text + ", not " + meant);
+      shares.notes.push_back(joined({"X ", typed, " > ", outcome->text, ", not ", meant}));
     } else {
       const bool valid = oracle.isValid(typed, russian);
-      shares.notes.push_back((valid ? "V " : "- ") + typed + " stays, not " + meant);
+      shares.notes.push_back(joined({valid ? "V " : "- ", typed, " stays, not ", meant}));
     }
   }
   return shares;
