@@ -50,14 +50,14 @@ std::size_t endOfWord(std::u32string_view text, std::size_t start) {
   return end;
 }
 
-// An initial ("T.") or a letter of "i.e.".
+// An initial ("T."), a letter of "i.e.", or one like "n.", "v." and "p.".
 bool isAbbreviation(std::u32string_view text, std::size_t pos, std::size_t end) {
   const auto dotAt = [text](std::size_t at) { return at < text.size() && text[at] == U'.'; };
   if (end != pos + 1 || !dotAt(end)) return false;
   const bool capital = lowerScalar(text[pos]) != text[pos];
   const bool before = pos >= 2 && dotAt(pos - 1) && isLetterScalar(text[pos - 2]);
   const bool after = letterFollows(text, end) && dotAt(end + 2);
-  return capital || before || after;
+  return capital || before || after || end + 1 == text.size();
 }
 
 bool isCheckable(std::u32string_view word) {
