@@ -10,6 +10,10 @@
 #include "platform/linux/word_frequencies.h"
 #include "platform/linux/word_splitter.h"
 
+namespace {
+struct Enough {};
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const std::string_view bytes(reinterpret_cast<const char*>(data), size);
   const std::size_t half = bytes.find('\f');
@@ -17,7 +21,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const std::string_view rest = half == std::string_view::npos ? "" : bytes.substr(half + 1);
   const auto list = kivra::readFrequencies(rest);
   std::size_t forms = 0;
-  struct Enough {};
   const auto source = [&](const auto& form) {
     // Rules and stems can multiply; what matters here is that none of them is misread.
     try {
