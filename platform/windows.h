@@ -21,7 +21,7 @@ inline constexpr int normal = 0;
 inline constexpr int floating = 3;
 }  // namespace window_levels
 
-/// What a window is made with; the defaults are those of an invisible helper window.
+/// What a window is made with.
 struct WindowAttributes {
   std::string name;              ///< tells the program's windows apart
   std::uint32_t styleMask = 0;   ///< 0: borderless

@@ -1,0 +1,54 @@
+#include "text/host_view.h"
+
+#include <chrono>
+#include <utility>
+
+namespace kivra {
+
+HostView::HostView(std::shared_ptr<Coordinator> coordinator, Window& window,
+                   Translation& translation, RunLoop& runLoop)
+    : coordinator_(std::move(coordinator)),
+      window_(window),
+      translation_(translation),
+      runLoop_(runLoop) {}
+
+void HostView::observe() {
+  subscription_ = coordinator_->observe([weak = weak_from_this()] {
+    if (const auto view = weak.lock()) view->scheduleUpdate();
+  });
+  window_.setContent(body());
+}
+
+View HostView::body() const {
+  if (!coordinator_->downloadVisible()) return {.kind = "Empty"};
+  return {.kind = "VStack",
+          .spacing = 8,
+          .padding = 20,
+          .children = {
+              {.kind = "Text", .text = "Kivra — Apple Translate", .style = "headline"},
+              {.kind = "Text",
+               .text = "Нужен языковой пакет. Подтверди загрузку в системном диалоге.",
+               .style = "callout secondary"},
+              {.kind = "Progress"},
+          }};
+}
+
+// The coordinator announces a change before it makes it.
+void HostView::scheduleUpdate() {
+  if (std::exchange(isUpdateScheduled_, true)) return;
+  runLoop_.asyncAfter(std::chrono::microseconds(0), [weak = weak_from_this()] {
+    if (const auto view = weak.lock()) view->update();
+  });
+}
+
+void HostView::update() {
+  isUpdateScheduled_ = false;
+  window_.setContent(body());
+  const auto& configuration = coordinator_->configuration();
+  if (!configuration || configuration == lastTask_) return;
+  lastTask_ = configuration;
+  startTask(runLoop_, coordinator_,
+            coordinator_->handle(translation_.session(configuration->languages)));
+}
+
+}  // namespace kivra
