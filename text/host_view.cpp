@@ -5,6 +5,36 @@
 
 namespace kivra {
 
+namespace {
+
+View node(const char* kind) {
+  View view;
+  view.kind = kind;
+  return view;
+}
+
+View textNode(const char* text, const char* style) {
+  auto view = node("Text");
+  view.text = text;
+  view.style = style;
+  return view;
+}
+
+View announcement() {
+  auto view = node("VStack");
+  view.spacing = 8;
+  view.padding = 20;
+  view.children = {
+      textNode("Kivra — Apple Translate", "headline"),
+      textNode("Нужен языковой пакет. Подтверди загрузку в системном диалоге.",
+               "callout secondary"),
+      node("Progress"),
+  };
+  return view;
+}
+
+}  // namespace
+
 HostView::HostView(std::shared_ptr<Coordinator> coordinator, Window& window,
                    Translation& translation, RunLoop& runLoop)
     : coordinator_(std::move(coordinator)),
@@ -20,17 +50,7 @@ void HostView::observe() {
 }
 
 View HostView::body() const {
-  if (!coordinator_->downloadVisible()) return {.kind = "Empty"};
-  return {.kind = "VStack",
-          .spacing = 8,
-          .padding = 20,
-          .children = {
-              {.kind = "Text", .text = "Kivra — Apple Translate", .style = "headline"},
-              {.kind = "Text",
-               .text = "Нужен языковой пакет. Подтверди загрузку в системном диалоге.",
-               .style = "callout secondary"},
-              {.kind = "Progress"},
-          }};
+  return coordinator_->downloadVisible() ? announcement() : node("Empty");
 }
 
 // The coordinator announces a change before it makes it.

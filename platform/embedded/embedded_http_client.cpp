@@ -33,10 +33,11 @@ void EmbeddedHttpClient::data(HttpRequest request, Completion<HttpResponse> comp
 }
 
 EmbeddedHttpClient::Reply EmbeddedHttpClient::nextReply(std::chrono::seconds timeout) {
-  if (replies_.empty()) return {.failure = "no reply"};
+  if (replies_.empty()) return {.response = {}, .failure = "no reply"};
   auto reply = std::move(replies_.front());
   replies_.pop_front();
-  if (reply.delay > timeout) return {.failure = "The request timed out.", .delay = timeout};
+  if (reply.delay > timeout)
+    return {.response = {}, .failure = "The request timed out.", .delay = timeout};
   return reply;
 }
 
