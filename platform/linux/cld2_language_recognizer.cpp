@@ -18,6 +18,11 @@ namespace {
 /// From so many letters on CLD2 is right by itself.
 constexpr std::size_t longText = 150;
 
+/// How many common words CLD2's answer for a short text outweighs.
+constexpr double reliable = 1.6;
+constexpr double guessed = 0.8;
+constexpr double unlikely = 0.4;  // not one of the languages that one translates from here
+
 /// A character of Chinese or Japanese says as much as several letters.
 constexpr std::size_t lettersPerHan = 3;
 
@@ -67,11 +72,10 @@ std::string cyrillicLanguage(const LetterCensus& census, const Detected& detecte
 
 std::optional<std::string> latinLanguage(const LetterCensus& census, const Detected& detected) {
   if (detected.isReliable && census.total() >= longText) return detected.language;
-  constexpr double wordsWorthOfReliable = 1.6;
-  constexpr double wordsWorthOfGuess = 0.8;
   auto hints = latinLanguageHints(census);
   if (detected.language) {
-    hints[*detected.language] += detected.isReliable ? wordsWorthOfReliable : wordsWorthOfGuess;
+    const auto isOffered = hints.contains(*detected.language);
+    hints[*detected.language] += !isOffered ? unlikely : detected.isReliable ? reliable : guessed;
   }
   const auto best =
       std::ranges::max_element(hints, {}, [](const auto& hint) { return hint.second; });
