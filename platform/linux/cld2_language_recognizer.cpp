@@ -15,8 +15,10 @@ namespace kivra {
 
 namespace {
 
-/// From so many letters on CLD2 is right by itself.
+/// From so many letters on CLD2 is right by itself. It discounts repetitions, so they do not count.
 constexpr std::size_t longText = 150;
+
+bool isLong(const LetterCensus& census) { return census.lettersOfDifferentWords() >= longText; }
 
 /// How many common words CLD2's answer for a short text outweighs.
 constexpr double reliable = 1.6;
@@ -64,14 +66,14 @@ constexpr std::u32string_view foreignLetters = U"ўјљњђћџќѓәғқңөұ�
 std::string cyrillicLanguage(const LetterCensus& census, const Detected& detected) {
   const auto ukrainian = census.hasAnyOf(ukrainianLetters);
   const auto russian = census.hasAnyOf(russianLetters);
-  const auto isLong = census.total() >= longText && detected.isReliable;
-  if (detected.language && (isLong || census.hasAnyOf(foreignLetters))) return *detected.language;
+  const auto isSure = detected.isReliable && isLong(census);
+  if (detected.language && (isSure || census.hasAnyOf(foreignLetters))) return *detected.language;
   if (ukrainian != russian) return ukrainian ? "uk" : "ru";
   return detected.language == "uk" ? "uk" : "ru";
 }
 
 std::optional<std::string> latinLanguage(const LetterCensus& census, const Detected& detected) {
-  if (detected.isReliable && census.total() >= longText) return detected.language;
+  if (detected.isReliable && isLong(census)) return detected.language;
   auto hints = latinLanguageHints(census);
   if (detected.language) {
     const auto isOffered = hints.contains(*detected.language);

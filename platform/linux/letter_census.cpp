@@ -5,6 +5,7 @@
 #include <unicode/uscript.h>
 
 #include <cstdint>
+#include <set>
 
 namespace kivra {
 
@@ -36,6 +37,14 @@ LetterCensus::LetterCensus(std::string_view text) {
     }
   }
   endWord();
+}
+
+std::size_t LetterCensus::lettersOfDifferentWords() const {
+  std::size_t count = 0;
+  for (const auto& word : std::set<std::u32string_view>(words.begin(), words.end())) {
+    count += word.size();
+  }
+  return count;
 }
 
 void LetterCensus::count(char32_t letter) {

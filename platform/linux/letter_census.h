@@ -20,6 +20,9 @@ struct LetterCensus {
   /// Invalid UTF-8 counts as no letters.
   explicit LetterCensus(std::string_view text);
 
+  /// Letters of the words, each different word counted once.
+  std::size_t lettersOfDifferentWords() const;
+
   std::size_t total() const { return latin + cyrillic + han + kana + other; }
   bool hasAnyOf(std::u32string_view wanted) const {
     return letters.find_first_of(wanted) != std::u32string::npos;
