@@ -2,7 +2,12 @@
 
 namespace kivra {
 
-// The text actions are not built yet: a hotkey that asks for one is consumed and does nothing.
-void CoreController::routerDidRequestAction(const HotkeyAction&) {}
+void CoreController::routerDidRequestAction(const HotkeyAction& action) {
+  if (const auto* translation = std::get_if<HotkeyAction::TranslateTo>(&action.kind)) {
+    services_.text.translateAction().run(translation->language);
+  } else {
+    services_.text.correctAction().run();
+  }
+}
 
 }  // namespace kivra

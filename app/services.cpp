@@ -23,6 +23,7 @@ Services::Services(const Platform& desktop)
         return std::make_shared<LayoutSwitcher>(
             LayoutSwitcher::Environment{keycodeMap(), wordValidator(), settings(), replacements(),
                                         exceptions(), undoStack, keyOutput(), platform.workspace});
-      }) {}
+      }),
+      text(*this) {}
 
 }  // namespace kivra

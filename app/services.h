@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/text_services.h"
 #include "layout/exception_store.h"
 #include "layout/key_output.h"
 #include "layout/keycode_map.h"
@@ -38,6 +39,7 @@ class Services {
   Lazy<WordValidator> wordValidator;
   Lazy<KeyOutput> keyOutput;
   Lazy<LayoutSwitcher> layoutSwitcher;
+  TextServices text;
 };
 
 }  // namespace kivra

@@ -19,6 +19,9 @@ class Application {
   /// Process numbers of all running instances with this identifier, this one included.
   virtual std::vector<std::int32_t> runningApplications(std::string_view bundleIdentifier) = 0;
 
+  /// Brings the program's windows to the front, whatever application is there.
+  virtual void activateIgnoringOtherApps() = 0;
+
   /// Asks for an orderly exit; returns.
   virtual void terminate() = 0;
 };

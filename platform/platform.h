@@ -2,30 +2,50 @@
 
 namespace kivra {
 
+class Accessibility;
+class Alerts;
 class Application;
 class Clock;
 class DefaultsDatabase;
 class EventPosting;
 class EventTaps;
+class HttpClient;
 class InputSources;
+class Keychain;
+class LanguageModel;
+class LanguageRecognizer;
+class Locale;
 class Log;
+class Pasteboard;
 class Privacy;
 class RunLoop;
 class SpellChecker;
+class Translation;
+class Windows;
 class Workspace;
 
 /// All services of one desktop. A backend makes them, the program borrows them for its whole life.
 struct Platform {
+  Accessibility& accessibility;
+  Alerts& alerts;
   Application& application;
   Clock& clock;
   DefaultsDatabase& defaults;
   EventPosting& eventPosting;
   EventTaps& eventTaps;
+  HttpClient& httpClient;
   InputSources& inputSources;
+  Keychain& keychain;
+  LanguageModel& languageModel;
+  LanguageRecognizer& languageRecognizer;
+  Locale& locale;
   Log& log;
+  Pasteboard& pasteboard;
   Privacy& privacy;
   RunLoop& runLoop;
   SpellChecker& spellChecker;
+  Translation& translation;
+  Windows& windows;
   Workspace& workspace;
 };
 

@@ -139,6 +139,8 @@ std::string validUtf8(std::string_view input) {
   return output;
 }
 
+bool isValidUtf8(std::string_view input) { return validUtf8(input) == input; }
+
 std::size_t characterCount(std::string_view input) {
   if (const auto simple = simpleLength(input)) return *simple;
   std::size_t count = 0;

@@ -12,6 +12,7 @@ namespace kivra::text {
 
 /// `input` with every invalid sequence replaced by U+FFFD.
 std::string validUtf8(std::string_view input);
+bool isValidUtf8(std::string_view input);
 
 /// User-perceived characters: extended grapheme clusters (UAX #29).
 std::size_t characterCount(std::string_view input);

@@ -50,14 +50,13 @@ void EmbeddedApplication::commandKey(std::uint16_t keyCode) {
       break;
     case key_codes::c:
     case key_codes::x:
-      if (field.selectedText().empty() || (keyCode == key_codes::c && !front_.copies)) break;
+      if (field.selectedText().empty() || front_.secure) break;
+      if (keyCode == key_codes::c && !front_.copies) break;
       pasteboard_.copy(field.selectedText());
       if (keyCode == key_codes::x) field.deleteBackward();
       break;
     case key_codes::v:
-      if (const auto text = pasteboard_.plainText(); !pasteboard_.items().empty()) {
-        field.paste(text);
-      }
+      if (const auto text = pasteboard_.stringForType(pasteboardTypeString)) field.paste(*text);
       break;
     case key_codes::z:
       field.undoPaste();

@@ -1,13 +1,22 @@
 #pragma once
 
 #include "platform/embedded/effects.h"
+#include "platform/embedded/embedded_accessibility.h"
+#include "platform/embedded/embedded_alerts.h"
 #include "platform/embedded/embedded_application.h"
 #include "platform/embedded/embedded_defaults_database.h"
 #include "platform/embedded/embedded_event_stream.h"
+#include "platform/embedded/embedded_http_client.h"
 #include "platform/embedded/embedded_input_sources.h"
+#include "platform/embedded/embedded_keychain.h"
+#include "platform/embedded/embedded_language_model.h"
+#include "platform/embedded/embedded_language_recognizer.h"
+#include "platform/embedded/embedded_locale.h"
 #include "platform/embedded/embedded_pasteboard.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/embedded/embedded_spell_checker.h"
+#include "platform/embedded/embedded_translation.h"
+#include "platform/embedded/embedded_windows.h"
 #include "platform/embedded/virtual_time.h"
 #include "platform/platform.h"
 
@@ -16,22 +25,36 @@ namespace kivra::embedded {
 /// A whole desktop in memory: every service of the boundary, and the user's side of each.
 class EmbeddedDesktop {
  public:
-  EmbeddedDesktop(Effects::Sink sink, EmbeddedSpellChecker::RealChecker realChecker)
-      : effects(std::move(sink)), spellChecker(std::move(realChecker)) {}
+  /// `realRecognizer` may be null: then no text tells its language.
+  EmbeddedDesktop(Effects::Sink sink, EmbeddedSpellChecker::RealChecker realChecker,
+                  LanguageRecognizer* realRecognizer = nullptr)
+      : effects(std::move(sink)),
+        spellChecker(std::move(realChecker)),
+        languageRecognizer(realRecognizer) {}
   EmbeddedDesktop(const EmbeddedDesktop&) = delete;
   EmbeddedDesktop& operator=(const EmbeddedDesktop&) = delete;
 
   Platform platform() {
-    return {.application = session,
+    return {.accessibility = accessibility,
+            .alerts = alerts,
+            .application = session,
             .clock = time,
             .defaults = defaults,
             .eventPosting = events,
             .eventTaps = events,
+            .httpClient = httpClient,
             .inputSources = inputSources,
+            .keychain = keychain,
+            .languageModel = languageModel,
+            .languageRecognizer = languageRecognizer,
+            .locale = locale,
             .log = session,
+            .pasteboard = pasteboard,
             .privacy = session,
             .runLoop = time,
             .spellChecker = spellChecker,
+            .translation = translation,
+            .windows = windows,
             .workspace = session};
   }
 
@@ -44,6 +67,15 @@ class EmbeddedDesktop {
   EmbeddedEventStream events{effects, application, session};
   EmbeddedDefaultsDatabase defaults;
   EmbeddedSpellChecker spellChecker;
+  EmbeddedAccessibility accessibility{application};
+  EmbeddedAlerts alerts{effects};
+  EmbeddedHttpClient httpClient{effects, time};
+  EmbeddedKeychain keychain;
+  EmbeddedLanguageModel languageModel{effects, time};
+  EmbeddedLanguageRecognizer languageRecognizer;
+  EmbeddedLocale locale;
+  EmbeddedTranslation translation{effects, time, languageRecognizer};
+  EmbeddedWindows windows;
 };
 
 }  // namespace kivra::embedded

@@ -1,37 +1,41 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
 
 #include "platform/embedded/effects.h"
+#include "platform/pasteboard.h"
 
 namespace kivra::embedded {
 
-/// The general pasteboard: items that hold data by type.
-class EmbeddedPasteboard {
+/// The general pasteboard. What the program and the application in front do to it is reported.
+class EmbeddedPasteboard : public Pasteboard {
  public:
-  using Item = std::map<std::string, std::string>;
-
-  static constexpr const char* plainTextType = "public.utf8-plain-text";
-
   explicit EmbeddedPasteboard(Effects& effects) : effects_(effects) {}
 
-  const std::vector<Item>& items() const { return items_; }
-  void setItems(std::vector<Item> items);
+  const std::vector<PasteboardItem>& items() const { return items_; }
 
-  /// The plain text of the first item that has some; empty when none has.
-  std::string plainText() const;
+  /// The user puts items there by way of some other application.
+  void setItems(std::vector<PasteboardItem> items);
 
   /// The application in front copies text.
   void copy(const std::string& text);
 
   Json toJson() const;
 
+  std::int64_t changeCount() override { return changeCount_; }
+  std::vector<PasteboardItem> pasteboardItems() override { return items_; }
+  std::optional<std::string> stringForType(std::string_view type) override;
+  void clearContents() override;
+  void writeObjects(const std::vector<PasteboardItem>& items) override;
+  void setString(std::string_view text, std::string_view type) override;
+
  private:
+  void report() const;
+
   Effects& effects_;
-  std::vector<Item> items_;
-  int changeCount_ = 0;
+  std::vector<PasteboardItem> items_;
+  std::int64_t changeCount_ = 0;
 };
 
 }  // namespace kivra::embedded

@@ -33,6 +33,7 @@ class EmbeddedSession : public Application, public Log, public Privacy, public W
   std::optional<std::string> bundleIdentifier() override { return "org.example.Kivra"; }
   std::int32_t processIdentifier() override { return ownPid; }
   std::vector<std::int32_t> runningApplications(std::string_view bundleIdentifier) override;
+  void activateIgnoringOtherApps() override {}
   void terminate() override;
 
   void log(std::string_view line) override;

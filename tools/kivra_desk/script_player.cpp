@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "configure_service.h"
 #include "report.h"
 #include "set_property.h"
 
@@ -14,7 +15,6 @@ namespace kivra::desk {
 namespace {
 
 using embedded::EmbeddedInputSources;
-using embedded::EmbeddedPasteboard;
 using embedded::Json;
 
 constexpr std::uint64_t mostCode = std::numeric_limits<std::uint16_t>::max();
@@ -80,14 +80,14 @@ const ScriptPlayer::Entry& ScriptPlayer::entryFor(const std::string& name) {
       {"tap", &ScriptPlayer::tap, false},
       {"restart", &ScriptPlayer::restart},
       {"report", &ScriptPlayer::printReport},
-      {"keychain", &ScriptPlayer::notYet, false},
-      {"http", &ScriptPlayer::notYet},
-      {"model", &ScriptPlayer::notYet, false},
-      {"translator", &ScriptPlayer::notYet, false},
-      {"languages", &ScriptPlayer::notYet, false},
+      {"keychain", &ScriptPlayer::configure, false},
+      {"http", &ScriptPlayer::configure},
+      {"model", &ScriptPlayer::configure, false},
+      {"translator", &ScriptPlayer::configure, false},
+      {"languages", &ScriptPlayer::configure, false},
       {"menu", &ScriptPlayer::notYet},
       {"choose", &ScriptPlayer::notYet},
-      {"button", &ScriptPlayer::notYet},
+      {"button", &ScriptPlayer::configure},
       {"window", &ScriptPlayer::notYet},
   };
   const auto* found = std::ranges::find(entries, name, &Entry::name);
@@ -102,16 +102,19 @@ ScriptPlayer::ScriptPlayer(embedded::Effects::Sink output)
 
 void ScriptPlayer::play(const Operation& operation) {
   const auto& entry = entryFor(operation.name());
-  if (entry.startsProgram) {
-    session_.app();
-    session_.desktop().time.serve();
-    if (isOver()) return;
-  }
+  if (entry.startsProgram) session_.app();
+  // What a running program can still do without the clock moving comes before the operation.
+  if (session_.isLaunched()) session_.desktop().time.serve();
+  if (isOver()) return;
   (this->*entry.play)(operation);
 }
 
 void ScriptPlayer::notYet(const Operation& operation) {
   throw ScriptError("the operation \"" + operation.name() + "\" is not built yet");
+}
+
+void ScriptPlayer::configure(const Operation& operation) {
+  configureService(session_.desktop(), operation);
 }
 
 void ScriptPlayer::type(const Operation& operation) {
@@ -242,7 +245,7 @@ void ScriptPlayer::permission(const Operation& operation) {
 }
 
 void ScriptPlayer::pasteboard(const Operation& operation) {
-  std::vector<EmbeddedPasteboard::Item> items;
+  std::vector<PasteboardItem> items;
   for (const auto& value : operation.array("items")) {
     auto& item = items.emplace_back();
     if (!value.is_object()) throw ScriptError("\"items\" must hold objects");

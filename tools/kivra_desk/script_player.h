@@ -44,6 +44,7 @@ class ScriptPlayer {
   void tap(const Operation& operation);
   void restart(const Operation& operation);
   void printReport(const Operation& operation);
+  void configure(const Operation& operation);
   void notYet(const Operation& operation);
 
   embedded::Effects::Sink output_;

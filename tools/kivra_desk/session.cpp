@@ -3,11 +3,22 @@
 #include <utility>
 
 #include "installed_dictionaries.h"
+#include "platform/linux/cld2_language_recognizer.h"
 
 namespace kivra::desk {
 
+namespace {
+
+LanguageRecognizer* recognizer() {
+  static Cld2LanguageRecognizer cld2;
+  return &cld2;
+}
+
+}  // namespace
+
 Session::Session(embedded::Effects::Sink sink, Typist::AfterKey afterKey)
-    : desktop_(std::move(sink), installedDictionaries), typist_(desktop_, std::move(afterKey)) {}
+    : desktop_(std::move(sink), installedDictionaries, recognizer()),
+      typist_(desktop_, std::move(afterKey)) {}
 
 KivraApp& Session::app() {
   if (!app_) {

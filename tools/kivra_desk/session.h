@@ -21,6 +21,8 @@ class Session {
   /// The running program, launched at the first call.
   KivraApp& app();
 
+  bool isLaunched() const { return app_ != nullptr; }
+
   /// Ends the program and launches it again on the same desktop.
   void restart();
 

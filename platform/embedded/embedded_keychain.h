@@ -1,0 +1,25 @@
+#pragma once
+
+#include <map>
+#include <utility>
+
+#include "platform/keychain.h"
+
+namespace kivra::embedded {
+
+/// A keychain in memory.
+class EmbeddedKeychain : public Keychain {
+ public:
+  std::optional<std::string> itemCopyMatching(const KeychainItem& item) override;
+  KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) override;
+  KeychainStatus itemAdd(const KeychainItem& item, std::string_view data) override;
+  KeychainStatus itemDelete(const KeychainItem& item) override;
+
+ private:
+  using Key = std::pair<std::string, std::string>;
+  static Key keyOf(const KeychainItem& item) { return {item.service, item.account}; }
+
+  std::map<Key, std::string> items_;
+};
+
+}  // namespace kivra::embedded

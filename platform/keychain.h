@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kivra {
+
+/// Which generic password is meant.
+struct KeychainItem {
+  std::string service;
+  std::string account;
+
+  bool operator==(const KeychainItem&) const = default;
+};
+
+/// Answers of the keychain, with the platform's numbers; others stand for other failures.
+enum class KeychainStatus : std::int32_t {
+  success = 0,
+  notAvailable = -25291,
+  itemNotFound = -25300,
+};
+
+/// Secrets of the user, kept by the system. Answers at once or keeps the run loop turning while it
+/// waits for the service. A secret is never written anywhere else, not even when there is no
+/// service.
+class Keychain {
+ public:
+  virtual ~Keychain() = default;
+
+  /// The bytes of the item; nothing when there is none, or when it cannot be read.
+  virtual std::optional<std::string> itemCopyMatching(const KeychainItem& item) = 0;
+
+  /// `itemNotFound` when there is nothing to update.
+  virtual KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) = 0;
+  virtual KeychainStatus itemAdd(const KeychainItem& item, std::string_view data) = 0;
+  virtual KeychainStatus itemDelete(const KeychainItem& item) = 0;
+};
+
+}  // namespace kivra

@@ -1,0 +1,209 @@
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/kivra_app.h"
+#include "platform/embedded/embedded_desktop.h"
+
+namespace kivra {
+namespace {
+
+using namespace std::chrono_literals;
+using embedded::Json;
+
+/// Says of every text what it was told, and remembers what it was asked.
+class FixedRecognizer : public LanguageRecognizer {
+ public:
+  std::optional<std::string> dominantLanguage(std::string_view text) override {
+    asked = text;
+    return answer;
+  }
+
+  std::optional<std::string> answer;
+  std::string asked;
+};
+
+class TextActionsTest : public testing::Test {
+ protected:
+  TextActionsTest() {
+    app_.emplace(desktop_.platform());
+    app_->delegate->applicationDidFinishLaunching();
+    app_->services.settings().translationEngine.set(EngineKind::deepL);
+    app_->services.text.keychain().write("SECRET-KEY:fx", deepLKeyAccount);
+  }
+
+  void focus(const std::string& text, bool accessible = true) {
+    embedded::FrontApplication front;
+    front.accessible = accessible;
+    front.field = embedded::TextField(text);
+    front.field.selectAll();
+    desktop_.application.focus(std::move(front));
+  }
+
+  void reply(int status, std::string body, std::chrono::microseconds delay = 0us) {
+    desktop_.httpClient.queueReply({{status, std::move(body)}, {}, delay});
+  }
+
+  TranslateAction& translation() { return app_->services.text.translateAction(); }
+  CorrectAction& correction() { return app_->services.text.correctAction(); }
+  std::string fieldText() { return desktop_.application.front().field.text(); }
+
+  std::string logged_;
+  FixedRecognizer recognizer_;
+  embedded::EmbeddedDesktop desktop_{[this](const Json& effect) {
+                                       if (effect.contains("log")) logged_ += effect.dump() + "\n";
+                                     },
+                                     nullptr, &recognizer_};
+  std::optional<KivraApp> app_;
+};
+
+TEST_F(TextActionsTest, ATextInTheRequestedLanguageGoesIntoTheSystemsLanguage) {
+  struct Case {
+    std::optional<std::string> dominant;
+    std::string requested;
+    std::vector<std::string> preferred;
+    std::string target;
+  };
+  const std::vector<Case> cases = {
+      {"ru", "RU", {"en-GB"}, "EN-US"},   {"ru", "RU", {"ru"}, "EN-US"},
+      {"en", "EN-US", {"ru-RU"}, "RU"},   {"en", "EN-US", {"de-AT", "en"}, "DE"},
+      {"en", "EN-US", {"ja-JP"}, "RU"},   {"ru", "ru", {"ja"}, "EN-US"},
+      {"de", "EN-US", {"de"}, "EN-US"},   {"zh-Hant", "ZH", {}, "RU"},
+      {"EN", "en-gb", {"ZH-Hans"}, "ZH"}, {std::nullopt, "DE", {"ru"}, "DE"},
+      {"pt", "PT-PT", {"uk-UA"}, "UK"},   {"en", "X-ANY", {"ru"}, "X-ANY"},
+  };
+  for (const auto& [dominant, requested, preferred, target] : cases) {
+    recognizer_.answer = dominant;
+    desktop_.locale.setPreferredLanguages(preferred);
+    EXPECT_EQ(translation().resolveTarget("text", requested), target)
+        << dominant.value_or("none") << " " << requested;
+  }
+}
+
+TEST_F(TextActionsTest, FourHundredCharactersDecideTheLanguage) {
+  const std::string family = "👨‍👩‍👧";
+  std::string text;
+  for (int i = 0; i < 399; ++i) text += "я";
+  translation().resolveTarget(text + family + "tail", "EN-US");
+  EXPECT_EQ(recognizer_.asked, text + family);
+}
+
+TEST_F(TextActionsTest, KeysAreHandledWhileThePasteboardIsAwaited) {
+  focus("слово", /*accessible=*/false);
+  desktop_.application.front().copies = false;
+  std::vector<bool> passed;
+  const auto press = [&] {
+    passed.push_back(desktop_.events.send({.type = EventType::keyDown, .keyCode = 5}));
+    correction().run();
+  };
+  desktop_.time.asyncAfter(70ms, press);
+  desktop_.time.asyncAfter(200ms, press);
+  translation().run("EN-US");
+  desktop_.time.serve();
+  // The correction reads from 70 to 370 ms, inside the translation's first wait; the second
+  // follows.
+  EXPECT_EQ(desktop_.time.now(), 520ms);
+  EXPECT_EQ(passed, (std::vector<bool>{true, true}));
+  EXPECT_FALSE(translation().isRunning());
+  EXPECT_FALSE(correction().isRunning());
+}
+
+TEST_F(TextActionsTest, IsRunningUntilTheReplyAndNoLonger) {
+  focus("слово");
+  reply(200, R"({"translations":[{"text":"word"}]})", 1s);
+  translation().run("EN-US");
+  EXPECT_TRUE(translation().isRunning());
+  desktop_.time.runFor(999ms);
+  EXPECT_TRUE(translation().isRunning());
+  desktop_.time.runFor(1ms);
+  EXPECT_FALSE(translation().isRunning());
+  EXPECT_EQ(fieldText(), "word");
+  translation().run("EN-US");
+  desktop_.time.serve();
+  EXPECT_FALSE(translation().isRunning()) << "no reply ends it as well";
+}
+
+TEST_F(TextActionsTest, AReplyAfterTheProgramEndedIsHarmless) {
+  focus("слово");
+  reply(200, R"({"translations":[{"text":"word"}]})", 1s);
+  reply(200, R"({"improvements":[{"text":"Слово"}]})", 1s);
+  translation().run("EN-US");
+  correction().run();
+  desktop_.time.serve();
+  app_.reset();
+  desktop_.time.runFor(2s);
+  EXPECT_EQ(fieldText(), "слово");
+}
+
+TEST_F(TextActionsTest, AMegabyteIsTranslatedWhole) {
+  std::string text;
+  while (text.size() < (1U << 20)) text += "слово за слово ";
+  focus(text);
+  reply(200, R"({"translations":[{"text":"short"}]})");
+  translation().run("EN-US");
+  desktop_.time.serve();
+  EXPECT_EQ(fieldText(), "short");
+}
+
+TEST_F(TextActionsTest, TheSettingsOpenWhenTheUserAsksForThem) {
+  int opened = 0;
+  correction().setSettingsOpener([&] { ++opened; });
+  app_->services.text.keychain().write(std::nullopt, deepLKeyAccount);
+  focus("слово");
+  desktop_.alerts.queueButton("Открыть настройки…");
+  for (int i = 0; i < 2; ++i) {
+    correction().run();
+    desktop_.time.serve();
+  }
+  EXPECT_EQ(opened, 1);
+}
+
+/// Hands out text that is not valid UTF-8.
+class BrokenAccessibility : public Accessibility {
+ public:
+  AccessibilityElementPointer createSystemWide() override {
+    return std::make_shared<AccessibilityElement>();
+  }
+  AccessibilityValue copyAttributeValue(AccessibilityElement&, std::string_view name) override {
+    if (name == accessibility_attributes::focusedUIElement) return createSystemWide();
+    return std::string("a\xFF");
+  }
+};
+
+TEST_F(TextActionsTest, InvalidTextOfAnotherProgramIsMended) {
+  BrokenAccessibility accessibility;
+  auto& platform = app_->services.platform;
+  const auto access = std::make_shared<TextAccess>(
+      TextAccess::Environment{accessibility, platform.pasteboard, app_->services.keyOutput(),
+                              platform.runLoop, platform.clock});
+  const auto read = access->readSelection();
+  ASSERT_TRUE(read);
+  EXPECT_EQ(read->text, "a\xEF\xBF\xBD");
+  EXPECT_TRUE(read->isSelection);
+  EXPECT_NE(read->element, nullptr);
+}
+
+TEST_F(TextActionsTest, KeysAndTextsStayOutOfTheLog) {
+  focus("СЕКРЕТНЫЙ текст");
+  recognizer_.answer = "ru";
+  for (const auto* body : {"SECRET", "{\"translations\":[{\"texts\":\"СЕКРЕТНЫЙ\"}]}", ""}) {
+    reply(200, body);
+    translation().run("EN-US");
+    desktop_.time.serve();
+    reply(200, body);
+    correction().run();
+    desktop_.time.serve();
+  }
+  reply(403, "Forbidden");
+  translation().run("EN-US");
+  desktop_.time.serve();
+  EXPECT_NE(logged_.find("Forbidden"), std::string::npos);
+  for (const auto* secret : {"SECRET", "СЕКРЕТНЫЙ"}) {
+    EXPECT_EQ(logged_.find(secret), std::string::npos) << logged_;
+  }
+}
+
+}  // namespace
+}  // namespace kivra
