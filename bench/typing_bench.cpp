@@ -69,17 +69,28 @@ class Program {
 
  private:
   Platform platform() {
-    return {.application = desktop_.session,
-            .clock = desktop_.time,
-            .defaults = desktop_.defaults,
+    const auto whole = desktop_.platform();
+    return {.accessibility = whole.accessibility,
+            .alerts = whole.alerts,
+            .application = whole.application,
+            .clock = whole.clock,
+            .defaults = whole.defaults,
             .eventPosting = posting_,
             .eventTaps = taps_,
-            .inputSources = desktop_.inputSources,
-            .log = desktop_.session,
-            .privacy = desktop_.session,
-            .runLoop = desktop_.time,
-            .spellChecker = desktop_.spellChecker,
-            .workspace = desktop_.session};
+            .httpClient = whole.httpClient,
+            .inputSources = whole.inputSources,
+            .keychain = whole.keychain,
+            .languageModel = whole.languageModel,
+            .languageRecognizer = whole.languageRecognizer,
+            .locale = whole.locale,
+            .log = whole.log,
+            .pasteboard = whole.pasteboard,
+            .privacy = whole.privacy,
+            .runLoop = whole.runLoop,
+            .spellChecker = whole.spellChecker,
+            .translation = whole.translation,
+            .windows = whole.windows,
+            .workspace = whole.workspace};
   }
 
   BareTaps taps_;
