@@ -13,9 +13,9 @@ namespace kivra {
 struct HttpRequest {
   std::string method = "GET";
   std::string url;
-  std::vector<std::pair<std::string, std::string>> headers;
-  std::string body;
-  std::chrono::seconds timeout{60};  ///< for the whole exchange, then it fails
+  std::vector<std::pair<std::string, std::string>> headers{};
+  std::string body{};
+  std::chrono::milliseconds timeout{60000};  ///< for the whole exchange, then it fails
 };
 
 struct HttpResponse {

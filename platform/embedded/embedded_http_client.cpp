@@ -32,7 +32,7 @@ void EmbeddedHttpClient::data(HttpRequest request, Completion<HttpResponse> comp
   });
 }
 
-EmbeddedHttpClient::Reply EmbeddedHttpClient::nextReply(std::chrono::seconds timeout) {
+EmbeddedHttpClient::Reply EmbeddedHttpClient::nextReply(std::chrono::milliseconds timeout) {
   if (replies_.empty()) return {.response = {}, .failure = "no reply"};
   auto reply = std::move(replies_.front());
   replies_.pop_front();

@@ -27,7 +27,7 @@ class EmbeddedHttpClient : public HttpClient {
   void data(HttpRequest request, Completion<HttpResponse> completion) override;
 
  private:
-  Reply nextReply(std::chrono::seconds timeout);
+  Reply nextReply(std::chrono::milliseconds timeout);
 
   Effects& effects_;
   VirtualTime& time_;

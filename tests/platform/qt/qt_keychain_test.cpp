@@ -1,0 +1,115 @@
+#include "platform/qt/qt_keychain.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+
+#include "event_loop.h"
+#include "private_bus.h"
+#include "x_session.h"
+
+namespace kivra::qt {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr const char* secret = "0123abcd-secret:fx";
+const KeychainItem item{"org.example.kivra.test", "deepl-api-key"};
+
+/// The bus is the process's for good: libsecret connects once. Services on it come and go.
+e2e::PrivateBus& bus() {
+  static auto* const made = [] {
+    auto* const entered = new e2e::PrivateBus;
+    entered->enter();
+    std::atexit([] { delete &bus(); });
+    return entered;
+  }();
+  return *made;
+}
+
+bool isUnderHome(const std::string& text) {
+  for (const auto& file : std::filesystem::recursive_directory_iterator(bus().home())) {
+    if (!file.is_regular_file()) continue;
+    std::ifstream stream(file.path(), std::ios::binary);
+    const std::string content{std::istreambuf_iterator<char>(stream), {}};
+    if (content.find(text) != std::string::npos) return true;
+  }
+  return false;
+}
+
+class SecretService {
+ public:
+  explicit SecretService(const std::string& how =
+                             "printf '' | exec gnome-keyring-daemon "
+                             "--foreground --components=secrets --unlock")
+      : daemon_({"sh", "-c", how}, {.environment = bus().environment()}) {
+    if (!e2e::waitFor([] { return bus().hasOwner("org.freedesktop.secrets"); })) {
+      throw std::runtime_error("gnome-keyring-daemon does not start");
+    }
+  }
+  ~SecretService() {
+    daemon_.signal(9);
+    daemon_.wait(5s);
+    e2e::waitFor([] { return !bus().hasOwner("org.freedesktop.secrets"); });
+  }
+  SecretService(const SecretService&) = delete;
+  SecretService& operator=(const SecretService&) = delete;
+
+  const e2e::ChildProcess& daemon() const { return daemon_; }
+
+ private:
+  e2e::ChildProcess daemon_;
+};
+
+class QtKeychainTest : public testing::Test {
+ protected:
+  QtKeychainTest() { bus(); }
+
+  QtKeychain keychain_;
+};
+
+TEST_F(QtKeychainTest, KeepsReplacesAndDeletes) {
+  const SecretService service;
+  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
+  EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::itemNotFound);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt) << "an update adds nothing";
+  EXPECT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), secret);
+  EXPECT_EQ(keychain_.itemUpdate(item, "second"), KeychainStatus::success);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), "second");
+  EXPECT_EQ(keychain_.itemCopyMatching({item.service, "another account"}), std::nullopt);
+  EXPECT_EQ(keychain_.itemCopyMatching({"another service", item.account}), std::nullopt);
+  EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::success);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
+}
+
+TEST_F(QtKeychainTest, KeepsBytesAsTheyAre) {
+  const SecretService service;
+  const std::string bytes("  \xff\0 ключ\n", 15);
+  ASSERT_EQ(keychain_.itemAdd(item, bytes), KeychainStatus::success);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), bytes);
+}
+
+TEST_F(QtKeychainTest, WithoutAServiceThereIsNothingAndNothingIsWritten) {
+  ASSERT_FALSE(bus().hasOwner("org.freedesktop.secrets"));
+  EXPECT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::notAvailable);
+  EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::notAvailable);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
+  EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::notAvailable);
+  EXPECT_FALSE(isUnderHome(secret));
+}
+
+TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
+  const SecretService service;
+  ASSERT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
+  service.daemon().signal(SIGSTOP);
+  QtKeychain impatient({.wait = 200ms});
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(impatient.itemCopyMatching(item), std::nullopt);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+  service.daemon().signal(SIGCONT);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), secret) << "the late answer does no harm";
+}
+
+}  // namespace
+}  // namespace kivra::qt
