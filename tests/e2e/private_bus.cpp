@@ -13,20 +13,22 @@ namespace kivra::e2e {
 namespace {
 
 // The bus of the distribution would start services of the system by their names.
-constexpr const char* configuration =
-    R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
+std::string configuration(const std::string& address) {
+  return R"(<!DOCTYPE busconfig PUBLIC "-//freedesktop//DTD D-Bus Bus Configuration 1.0//EN"
  "http://www.freedesktop.org/standards/dbus/1.0/busconfig.dtd">
-<busconfig><type>session</type><auth>EXTERNAL</auth>
+<busconfig><type>session</type><auth>EXTERNAL</auth><listen>)" +
+         address + R"(</listen>
 <policy context="default"><allow send_destination="*" eavesdrop="true"/><allow eavesdrop="true"/>
 <allow own="*"/></policy></busconfig>)";
+}
 
 }  // namespace
 
 PrivateBus::PrivateBus() {
   std::string pattern = std::filesystem::temp_directory_path() / "kivra-bus-XXXXXX";
   home_ = ::mkdtemp(pattern.data());
-  std::ofstream(home_ / "bus.conf") << configuration;
   const auto address = "unix:path=" + (home_ / "bus").string();
+  std::ofstream(home_ / "bus.conf") << configuration(address);
   environment_ = {{"PATH", std::getenv("PATH")},
                   {"HOME", home_},
                   {"LC_ALL", "C.UTF-8"},
@@ -36,7 +38,7 @@ PrivateBus::PrivateBus() {
                   {"XDG_CACHE_HOME", home_ / "cache"},
                   {"DBUS_SESSION_BUS_ADDRESS", address}};
   daemon_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{"dbus-daemon", "--nofork", "--address=" + address,
+      std::vector<std::string>{"dbus-daemon", "--nofork",
                                "--config-file=" + (home_ / "bus.conf").string()},
       ChildProcess::Options{.environment = environment_});
   if (!waitFor([this] { return std::filesystem::exists(home_ / "bus"); })) {

@@ -17,14 +17,11 @@ constexpr const char* secret = "0123abcd-secret:fx";
 const KeychainItem item{"org.example.kivra.test", "deepl-api-key"};
 
 /// The bus is the process's for good: libsecret connects once. Services on it come and go.
-e2e::PrivateBus& bus() {
-  static auto* const made = [] {
-    auto* const entered = new e2e::PrivateBus;
-    entered->enter();
-    std::atexit([] { delete &bus(); });
-    return entered;
-  }();
-  return *made;
+const e2e::PrivateBus& bus() {
+  static const e2e::PrivateBus made;
+  static const bool entered = (made.enter(), true);
+  static_cast<void>(entered);
+  return made;
 }
 
 bool isUnderHome(const std::string& text) {
@@ -37,12 +34,10 @@ bool isUnderHome(const std::string& text) {
   return false;
 }
 
+/// gnome-keyring, its keyring unlocked with an empty password.
 class SecretService {
  public:
-  explicit SecretService(const std::string& how =
-                             "printf '' | exec gnome-keyring-daemon "
-                             "--foreground --components=secrets --unlock")
-      : daemon_({"sh", "-c", how}, {.environment = bus().environment()}) {
+  SecretService() : daemon_({"sh", "-c", unlocked}, {.environment = bus().environment()}) {
     if (!e2e::waitFor([] { return bus().hasOwner("org.freedesktop.secrets"); })) {
       throw std::runtime_error("gnome-keyring-daemon does not start");
     }
@@ -58,6 +53,9 @@ class SecretService {
   const e2e::ChildProcess& daemon() const { return daemon_; }
 
  private:
+  static constexpr const char* unlocked =
+      "exec gnome-keyring-daemon --foreground --components=secrets --unlock <<END\n\nEND\n";
+
   e2e::ChildProcess daemon_;
 };
 
@@ -65,11 +63,27 @@ class QtKeychainTest : public testing::Test {
  protected:
   QtKeychainTest() { bus(); }
 
+  /// Started once: libsecret keeps its session with the first service that it finds.
+  static const SecretService& service() {
+    static const SecretService started;
+    return started;
+  }
+
   QtKeychain keychain_;
 };
 
+// The first test, before the service is started.
+TEST_F(QtKeychainTest, WithoutAServiceThereIsNothingAndNothingIsWritten) {
+  ASSERT_FALSE(bus().hasOwner("org.freedesktop.secrets"));
+  EXPECT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::notAvailable);
+  EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::notAvailable);
+  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
+  EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::notAvailable);
+  EXPECT_FALSE(isUnderHome(secret));
+}
+
 TEST_F(QtKeychainTest, KeepsReplacesAndDeletes) {
-  const SecretService service;
+  service();
   EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
   EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::itemNotFound);
   EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt) << "an update adds nothing";
@@ -84,30 +98,20 @@ TEST_F(QtKeychainTest, KeepsReplacesAndDeletes) {
 }
 
 TEST_F(QtKeychainTest, KeepsBytesAsTheyAre) {
-  const SecretService service;
+  service();
   const std::string bytes("  \xff\0 ключ\n", 15);
   ASSERT_EQ(keychain_.itemAdd(item, bytes), KeychainStatus::success);
   EXPECT_EQ(keychain_.itemCopyMatching(item), bytes);
 }
 
-TEST_F(QtKeychainTest, WithoutAServiceThereIsNothingAndNothingIsWritten) {
-  ASSERT_FALSE(bus().hasOwner("org.freedesktop.secrets"));
-  EXPECT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::notAvailable);
-  EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::notAvailable);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
-  EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::notAvailable);
-  EXPECT_FALSE(isUnderHome(secret));
-}
-
 TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
-  const SecretService service;
   ASSERT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
-  service.daemon().signal(SIGSTOP);
+  service().daemon().signal(SIGSTOP);
   QtKeychain impatient({.wait = 200ms});
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(impatient.itemCopyMatching(item), std::nullopt);
   EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
-  service.daemon().signal(SIGCONT);
+  service().daemon().signal(SIGCONT);
   EXPECT_EQ(keychain_.itemCopyMatching(item), secret) << "the late answer does no harm";
 }
 
