@@ -1,0 +1,68 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/pasteboard.h"
+#include "platform/x11/atoms.h"
+#include "platform/x11/selection_offer.h"
+#include "platform/x11/selection_reader.h"
+
+namespace kivra::x11 {
+
+/// The CLIPBOARD selection on a connection of its own. Belongs to one thread. Without a server, or
+/// once it is gone, the selection is empty and nothing can be written.
+class ClipboardSelection {
+ public:
+  ClipboardSelection(const std::string& display, const SelectionReader::Waits& waits);
+  /// Leaves what it owns to the clipboard manager, where there is one.
+  ~ClipboardSelection();
+  ClipboardSelection(const ClipboardSelection&) = delete;
+  ClipboardSelection& operator=(const ClipboardSelection&) = delete;
+
+  /// Readable when there are events to handle; -1 without a connection.
+  int fd() const;
+  void handleEvents();
+
+  std::int64_t changeCount();
+  std::vector<PasteboardItem> items();
+  std::optional<std::string> text(const std::string& type);
+
+  /// Takes the selection and offers these items; no items: nobody owns the selection.
+  void own(const std::vector<PasteboardItem>& items);
+
+ private:
+  struct Disconnect {
+    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+  };
+
+  bool isConnected() const;
+  void watchOwner();
+  void handle(const xcb_generic_event_t& event);
+  void handleProperty(const xcb_property_notify_event_t& event);
+  bool handleEventsUntil(const std::function<bool()>& condition, SelectionReader::Moment until);
+  xcb_timestamp_t serverTime();
+  xcb_window_t ownerOf(xcb_atom_t selection);
+  bool isOwner() { return ownerOf(clipboard_) == window_; }
+  std::optional<std::string> bytesOf(const std::string& target, SelectionReader::Moment until);
+  void handOver();
+
+  SelectionReader::Waits waits_;
+  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  Atoms atoms_;
+  xcb_window_t window_ = XCB_WINDOW_NONE;
+  xcb_atom_t clipboard_ = XCB_ATOM_NONE;
+  std::optional<SelectionReader> reader_;
+  SelectionOffer offer_;
+  std::uint8_t ownerChanged_ = 0;  // the event's number; 0 when the server cannot tell
+  std::int64_t changeCount_ = 0;
+  std::optional<xcb_timestamp_t> stamp_;
+  bool isHandedOver_ = false;
+};
+
+}  // namespace kivra::x11

@@ -1,0 +1,76 @@
+#include "platform/x11/x11_pasteboard.h"
+
+#include <utility>
+
+namespace kivra::x11 {
+
+namespace {
+
+/// Most answers come within this time, from the server.
+constexpr auto prompt = std::chrono::milliseconds(5);
+constexpr auto slice = std::chrono::milliseconds(1);
+
+}  // namespace
+
+X11Pasteboard::X11Pasteboard(RunLoop& runLoop, const Options& options)
+    : runLoop_(runLoop), thread_(options.display, options.waits) {}
+
+template <class Result>
+Result X11Pasteboard::ask(std::function<Result(ClipboardSelection&)> question) {
+  const auto task =
+      std::make_shared<std::packaged_task<Result(ClipboardSelection&)>>(std::move(question));
+  auto answer = task->get_future();
+  thread_.post([task](ClipboardSelection& selection) { (*task)(selection); });
+  auto wait = prompt;
+  while (answer.wait_for(wait) == std::future_status::timeout) {
+    runLoop_.runFor(slice);
+    wait = std::chrono::milliseconds(0);
+  }
+  return answer.get();
+}
+
+std::int64_t X11Pasteboard::changeCount() {
+  publish();
+  return ask<std::int64_t>([](ClipboardSelection& selection) { return selection.changeCount(); });
+}
+
+std::vector<PasteboardItem> X11Pasteboard::pasteboardItems() {
+  publish();
+  return ask<std::vector<PasteboardItem>>(
+      [](ClipboardSelection& selection) { return selection.items(); });
+}
+
+std::optional<std::string> X11Pasteboard::stringForType(std::string_view type) {
+  publish();
+  return ask<std::optional<std::string>>(
+      [name = std::string(type)](ClipboardSelection& selection) { return selection.text(name); });
+}
+
+// Clearing is usually followed by writing. Clipboard managers read each new selection at once, and
+// some put an old one back when it is empty: they see only what stays.
+void X11Pasteboard::clearContents() {
+  *written_ = {.items = {}, .isPending = true};
+  runLoop_.asyncAfter(std::chrono::microseconds(0), [this, weak = std::weak_ptr(written_)] {
+    if (weak.lock()) publish();
+  });
+}
+
+void X11Pasteboard::writeObjects(const std::vector<PasteboardItem>& items) {
+  written_->items.insert(written_->items.end(), items.begin(), items.end());
+  written_->isPending = true;
+  publish();
+}
+
+void X11Pasteboard::setString(std::string_view text, std::string_view type) {
+  writeObjects({{{std::string(type), std::string(text)}}});
+}
+
+void X11Pasteboard::publish() {
+  if (!std::exchange(written_->isPending, false)) return;
+  ask<bool>([items = written_->items](ClipboardSelection& selection) {
+    selection.own(items);
+    return true;
+  });
+}
+
+}  // namespace kivra::x11
