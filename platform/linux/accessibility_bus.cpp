@@ -7,6 +7,9 @@
 #include <mutex>
 #include <string>
 #include <thread>
+#include <utility>
+
+#include "platform/linux/accessible_text.h"
 
 namespace kivra {
 
@@ -59,6 +62,15 @@ class AccessibilityBus::Watcher {
         context_, [](gpointer self) { return static_cast<Watcher*>(self)->switchOn(), 0; }, this);
   }
 
+  std::optional<AccessibleObject> focusedObject() {
+    const std::lock_guard lock(mutex_);
+    return focused_;
+  }
+
+  std::future<std::optional<std::string>> text(const AccessibleObject& object,
+                                               AccessibleTextPart part,
+                                               AccessibleText::Moment deadline);
+
   std::atomic<bool> isEnabled = false;
   std::atomic<bool> isPasswordFocused = false;
 
@@ -93,8 +105,8 @@ class AccessibilityBus::Watcher {
   GCancellable* cancellable_ = g_cancellable_new();
   GDBusConnection* session_ = nullptr;
   GDBusConnection* accessibility_ = nullptr;
-  std::string focused_;  // sender and path
   std::mutex mutex_;
+  std::optional<AccessibleObject> focused_;
   std::condition_variable answered_;
   bool hasAnswered_ = false;
   std::thread thread_;
@@ -203,17 +215,40 @@ void AccessibilityBus::Watcher::switchOn() {
 }
 
 void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* path, bool focused) {
-  const auto object = std::string(sender) + path;
+  const AccessibleObject object{sender, path};
+  {
+    const std::lock_guard lock(mutex_);
+    if (!focused && object != focused_) return;
+    focused_ = focused ? std::optional(object) : std::nullopt;
+  }
   if (!focused) {
-    if (object == focused_) isPasswordFocused = false;
+    isPasswordFocused = false;
     return;
   }
-  focused_ = object;
   const auto reply =
       call(accessibility_, sender, path, "org.a11y.atspi.Accessible", "GetRole", nullptr);
   guint32 role = 0;
   if (reply) g_variant_get(reply.get(), "(u)", &role);
   isPasswordFocused = role == passwordRole;
+}
+
+std::future<std::optional<std::string>> AccessibilityBus::Watcher::text(
+    const AccessibleObject& object, AccessibleTextPart part, AccessibleText::Moment deadline) {
+  using Task = std::packaged_task<std::optional<std::string>()>;
+  auto task =
+      std::make_unique<Task>([this, object, part, deadline]() -> std::optional<std::string> {
+        if (accessibility_ == nullptr) return std::nullopt;
+        return AccessibleText(accessibility_, object, deadline).read(part);
+      });
+  auto answer = task->get_future();
+  g_main_context_invoke_full(
+      context_, G_PRIORITY_DEFAULT,
+      [](gpointer called) -> gboolean {
+        (*static_cast<Task*>(called))();
+        return G_SOURCE_REMOVE;
+      },
+      task.release(), [](gpointer dropped) { delete static_cast<Task*>(dropped); });
+  return answer;
 }
 
 AccessibilityBus::AccessibilityBus() : watcher_(std::make_unique<Watcher>()) {}
@@ -222,5 +257,15 @@ AccessibilityBus::~AccessibilityBus() = default;
 bool AccessibilityBus::isEnabled() const { return watcher_->isEnabled; }
 void AccessibilityBus::requestEnabled() { watcher_->requestEnabled(); }
 bool AccessibilityBus::isPasswordFocused() const { return watcher_->isPasswordFocused; }
+
+std::optional<AccessibleObject> AccessibilityBus::focusedObject() const {
+  return watcher_->focusedObject();
+}
+
+std::future<std::optional<std::string>> AccessibilityBus::text(
+    const AccessibleObject& object, AccessibleTextPart part,
+    std::chrono::steady_clock::time_point deadline) {
+  return watcher_->text(object, part, deadline);
+}
 
 }  // namespace kivra

@@ -1,12 +1,20 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
+#include <future>
 #include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/linux/accessible_object.h"
+#include "platform/linux/accessible_text_part.h"
 
 namespace kivra {
 
 /// The session's accessibility bus, watched by a thread of its own: whether it answers and is
-/// switched on, and whether the focused field reads a password. All answers are at hand at once.
+/// switched on, and whether the focused field reads a password. All answers but texts are at hand
+/// at once.
 class AccessibilityBus {
  public:
   /// Waits at most half a second for the bus's first answer.
@@ -24,6 +32,15 @@ class AccessibilityBus {
   /// The field that took the focus last is a password field. False where the application tells the
   /// bus nothing.
   bool isPasswordFocused() const;
+
+  /// The object that took the focus last and has not told that it lost it.
+  std::optional<AccessibleObject> focusedObject() const;
+
+  /// The text of the object, read on the watching thread; see AccessibleText. May come after the
+  /// deadline, with nothing.
+  std::future<std::optional<std::string>> text(const AccessibleObject& object,
+                                               AccessibleTextPart part,
+                                               std::chrono::steady_clock::time_point deadline);
 
  private:
   class Watcher;

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <gio/gio.h>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "platform/linux/accessible_object.h"
+#include "platform/linux/accessible_text_part.h"
+
+namespace kivra {
+
+/// Reads the text of one object. All calls together end by the deadline.
+class AccessibleText {
+ public:
+  using Moment = std::chrono::steady_clock::time_point;
+
+  AccessibleText(GDBusConnection* bus, const AccessibleObject& object, Moment deadline)
+      : bus_(bus), object_(object), deadline_(deadline) {}
+
+  /// Nothing when the object has no such text, has lost the focus, reads a password, or does not
+  /// answer. No selection is an empty text. The whole text is that of a plain text field only: what
+  /// "select all" selects elsewhere is more than one object's text.
+  std::optional<std::string> read(AccessibleTextPart part);
+
+ private:
+  struct FreeVariant {
+    void operator()(GVariant* variant) const { g_variant_unref(variant); }
+  };
+  using Variant = std::unique_ptr<GVariant, FreeVariant>;
+
+  Variant call(const char* interface, const char* method, GVariant* arguments,
+               const char* replyType);
+  std::optional<std::uint32_t> role();
+  std::optional<std::uint64_t> states();
+  std::optional<std::string> selection();
+  std::optional<std::string> textBetween(std::int32_t start, std::int32_t end);
+
+  GDBusConnection* bus_;
+  AccessibleObject object_;
+  Moment deadline_;
+};
+
+}  // namespace kivra

@@ -1,0 +1,62 @@
+#include "platform/linux/atspi_accessibility.h"
+
+#include <utility>
+
+namespace kivra {
+
+namespace {
+
+constexpr auto answerWait = std::chrono::milliseconds(100);
+constexpr auto prompt = std::chrono::milliseconds(5);
+constexpr auto slice = std::chrono::milliseconds(1);
+
+class SystemWide : public AccessibilityElement {};
+
+class Element : public AccessibilityElement {
+ public:
+  explicit Element(AccessibleObject place) : object(std::move(place)) {}
+  const AccessibleObject object;
+};
+
+}  // namespace
+
+AccessibilityElementPointer AtspiAccessibility::createSystemWide() {
+  return bus_.isEnabled() ? std::make_shared<SystemWide>() : nullptr;
+}
+
+AccessibilityValue AtspiAccessibility::copyAttributeValue(AccessibilityElement& element,
+                                                          std::string_view attribute) {
+  if (dynamic_cast<SystemWide*>(&element) != nullptr) {
+    if (attribute != accessibility_attributes::focusedUIElement) return {};
+    auto focused = bus_.focusedObject();
+    if (!focused) return {};
+    return std::make_shared<Element>(std::move(*focused));
+  }
+  const auto* const known = dynamic_cast<Element*>(&element);
+  if (known == nullptr) return {};
+  if (attribute == accessibility_attributes::selectedText) {
+    return text(known->object, AccessibleTextPart::selection);
+  }
+  if (attribute == accessibility_attributes::value) {
+    return text(known->object, AccessibleTextPart::whole);
+  }
+  return {};
+}
+
+// The object may be one of the program's own windows, which answers from the run loop.
+AccessibilityValue AtspiAccessibility::text(const AccessibleObject& object,
+                                            AccessibleTextPart part) {
+  const auto deadline = std::chrono::steady_clock::now() + answerWait;
+  auto answer = bus_.text(object, part, deadline);
+  auto wait = prompt;
+  while (answer.wait_for(wait) == std::future_status::timeout) {
+    if (std::chrono::steady_clock::now() >= deadline) return {};
+    runLoop_.runFor(slice);
+    wait = std::chrono::milliseconds(0);
+  }
+  auto text = answer.get();
+  if (!text) return {};
+  return std::move(*text);
+}
+
+}  // namespace kivra
