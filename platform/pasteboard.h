@@ -15,8 +15,10 @@ using PasteboardItem = std::map<std::string, std::string>;
 /// The type identifier of plain text in UTF-8.
 inline constexpr const char* pasteboardTypeString = "public.utf8-plain-text";
 
-/// The general pasteboard. An owner that does not hand over its data within 100 ms is given up, and
-/// the data of that type counts as absent. Nothing throws; what cannot be written is left out.
+/// The general pasteboard. An owner that does not answer within 100 ms is given up; data that it
+/// then does not hand over, with 500 ms for each piece and 1.5 s for everything, counts as absent.
+/// May keep the run loop turning while it waits. Nothing throws; what cannot be written is left
+/// out.
 class Pasteboard {
  public:
   virtual ~Pasteboard() = default;

@@ -81,6 +81,7 @@ class NoPipeSignal {
 
 std::vector<char*> pointers(std::vector<std::string>& strings) {
   std::vector<char*> result;
+  result.reserve(strings.size() + 1);
   for (auto& string : strings) result.push_back(string.data());
   result.push_back(nullptr);
   return result;

@@ -16,9 +16,9 @@ using Environment = std::map<std::string, std::string>;
 class ChildProcess {
  public:
   struct Options {
-    Environment environment{};   ///< the whole environment
-    std::string outputFile{};    ///< takes standard output and standard error; empty: nowhere
-    int inheritedFd = -1;        ///< becomes descriptor 3 of the child
+    Environment environment{};  ///< the whole environment
+    std::string outputFile{};   ///< takes standard output and standard error; empty: nowhere
+    int inheritedFd = -1;       ///< becomes descriptor 3 of the child
   };
 
   ChildProcess(const std::vector<std::string>& command, const Options& options);

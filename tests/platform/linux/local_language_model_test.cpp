@@ -95,7 +95,7 @@ TEST_F(LocalLanguageModelTest, FindsOutWithinItsTimeAndServesTheRunLoopMeanwhile
   EXPECT_FALSE(asked.isAvailable());
   const auto took = std::chrono::steady_clock::now() - start;
   EXPECT_GE(took, 190ms);
-  EXPECT_LT(took, 500ms);
+  EXPECT_LT(took, 1s);
   EXPECT_GE(ticks, 10);
   EXPECT_FALSE(nested);
 }

@@ -1,0 +1,66 @@
+#include "text_services.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "event_loop.h"
+#include "platform/pasteboard.h"
+#include "platform/qt/qt_run_loop.h"
+#include "text/clipboard.h"
+#include "x_session.h"
+
+namespace kivra {
+namespace {
+
+/// The session of the whole process.
+class TextServicesTest : public testing::Test {
+ protected:
+  TextServicesTest() {
+    for (const auto& [name, value] : session_.environment()) {
+      ::setenv(name.c_str(), value.c_str(), 1);
+    }
+    ::setenv("LC_ALL", "ru_RU.UTF-8", 1);
+    bus_.emplace();
+    services_.emplace(runLoop_, *bus_);
+  }
+
+  e2e::XSession session_{{.windowManager = false}};
+  qt::QtRunLoop runLoop_;
+  std::optional<AccessibilityBus> bus_;
+  std::optional<TextServices> services_;
+};
+
+TEST_F(TextServicesTest, WorkTogetherInASessionOfTheirOwn) {
+  EXPECT_NE(services_->accessibility.createSystemWide(), nullptr);
+  EXPECT_EQ(services_->locale.preferredLanguages(), (std::vector<std::string>{"ru-RU"}));
+  EXPECT_EQ(services_->languageRecognizer.dominantLanguage("Добрый день, как дела?"), "ru");
+  services_->pasteboard.clearContents();
+  services_->pasteboard.setString("из буфера", pasteboardTypeString);
+  EXPECT_EQ(session_.run({"xclip", "-selection", "clipboard", "-o"}), "из буфера");
+  const auto status = qt::answerOf<TranslationStatus>([&](auto completion) {
+    services_->translation.status({"en", "es"}, "", std::move(completion));
+  });
+  ASSERT_TRUE(status.has_value());
+  EXPECT_EQ(std::get<TranslationStatus>(*status), TranslationStatus::installed);
+}
+
+// The clipboard as the text half uses it, over what another program copied.
+TEST_F(TextServicesTest, BorrowTheClipboardAndGiveItBack) {
+  const auto before = services_->pasteboard.changeCount();
+  const auto xclip = session_.start({"sh", "-c",
+                                     "printf '<b>мой</b>' | "
+                                     "xclip -quiet -selection clipboard -t text/html -i"});
+  ASSERT_TRUE(e2e::waitFor([&] { return services_->pasteboard.changeCount() != before; }));
+  Clipboard clipboard(services_->pasteboard);
+  const auto saved = clipboard.snapshot();
+  services_->pasteboard.clearContents();
+  services_->pasteboard.setString("чужой", pasteboardTypeString);
+  EXPECT_NE(services_->pasteboard.changeCount(), saved.changeCount);
+  clipboard.restore(saved);
+  EXPECT_EQ(session_.run({"xclip", "-selection", "clipboard", "-t", "text/html", "-o"}),
+            "<b>мой</b>");
+}
+
+}  // namespace
+}  // namespace kivra

@@ -1,0 +1,13 @@
+#include "text_services.h"
+
+#include "platform/qt/main_thread.h"
+
+namespace kivra {
+
+TextServices::TextServices(RunLoop& runLoop, AccessibilityBus& bus)
+    : accessibility(bus, runLoop),
+      languageModel(httpClient, runLoop),
+      pasteboard(runLoop),
+      translation(httpClient, languageRecognizer, qt::callOnMainThread) {}
+
+}  // namespace kivra

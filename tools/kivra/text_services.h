@@ -1,0 +1,31 @@
+#pragma once
+
+#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/atspi_accessibility.h"
+#include "platform/linux/cld2_language_recognizer.h"
+#include "platform/linux/environment_locale.h"
+#include "platform/linux/local_language_model.h"
+#include "platform/linux/offline_translation.h"
+#include "platform/qt/qt_http_client.h"
+#include "platform/qt/qt_keychain.h"
+#include "platform/run_loop.h"
+#include "platform/x11/x11_pasteboard.h"
+
+namespace kivra {
+
+/// What translating and correcting needs of the Linux desktop, put together. Needs a
+/// QCoreApplication; ends before it and before the run loop and the bus.
+struct TextServices {
+  TextServices(RunLoop& runLoop, AccessibilityBus& bus);
+
+  AtspiAccessibility accessibility;
+  qt::QtHttpClient httpClient;
+  qt::QtKeychain keychain;
+  LocalLanguageModel languageModel;
+  Cld2LanguageRecognizer languageRecognizer;
+  EnvironmentLocale locale;
+  x11::X11Pasteboard pasteboard;
+  OfflineTranslation translation;
+};
+
+}  // namespace kivra
