@@ -12,7 +12,7 @@
 namespace kivra {
 namespace {
 
-constexpr std::uint64_t magic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
+constexpr std::uint64_t indexMagic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
 constexpr std::uint32_t formatVersion = 1;
 
 // Flags byte of a word: the dictionary's case and membership, then what the lists saw, shifted.
@@ -24,7 +24,7 @@ constexpr std::uint8_t levelMask = 0x3F;
 constexpr std::uint8_t levelShadowed = 0x40;
 
 struct Header {
-  std::uint64_t magic = magic;
+  std::uint64_t magic = indexMagic;
   std::uint64_t identity = 0;
   std::uint64_t checksum = 0;
   std::uint32_t version = formatVersion;
@@ -191,7 +191,7 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   Header header;
   if (block.size() < sizeof(Header)) return false;
   std::memcpy(&header, block.data(), sizeof(Header));
-  if (header.magic != magic || header.version != formatVersion || header.identity != identity) {
+  if (header.magic != indexMagic || header.version != formatVersion || header.identity != identity) {
     return false;
   }
   const std::size_t edgeBytes = std::size_t{header.edgeCount} * sizeof(AutomatonEdge);
