@@ -7,14 +7,16 @@ TextEngine& TextEngines::translator() {
     case EngineKind::appleTranslate:
       return env_.appleTranslate;
     case EngineKind::foundationModel:
-      return corrector();
+      return modelOrDeepL();
     case EngineKind::deepL:
       break;
   }
   return env_.deepL;
 }
 
-TextEngine& TextEngines::corrector() {
+TextEngine& TextEngines::corrector() { return modelOrDeepL(); }
+
+TextEngine& TextEngines::modelOrDeepL() {
   auto* const model = foundationModelIfAvailable();
   return model != nullptr ? *model : static_cast<TextEngine&>(env_.deepL);
 }

@@ -37,6 +37,8 @@ class TextEngines {
   TextEngine* foundationModelIfAvailable();
 
  private:
+  TextEngine& modelOrDeepL();
+
   Environment env_;
 };
 

@@ -46,6 +46,13 @@ void VirtualTime::enqueue(std::chrono::microseconds due, std::function<void()> b
   queue_.emplace(Key(due, queued_++), std::move(block));
 }
 
+// What a dropped block owned may queue something more as it goes.
+void VirtualTime::dropAll() {
+  while (!queue_.empty()) {
+    const auto dropped = std::exchange(queue_, {});
+  }
+}
+
 void VirtualTime::runFor(std::chrono::microseconds duration) {
   const auto end = now_ + duration;
   while (!queue_.empty() && queue_.begin()->first.first <= std::max(end, now_)) {

@@ -15,6 +15,9 @@ namespace kivra::embedded {
 class VirtualTime : public Clock, public RunLoop {
  public:
   explicit VirtualTime(Effects& effects) : effects_(effects) {}
+  VirtualTime(const VirtualTime&) = delete;
+  VirtualTime& operator=(const VirtualTime&) = delete;
+  ~VirtualTime() override { dropAll(); }
 
   std::chrono::microseconds now() override { return now_; }
 
@@ -32,7 +35,7 @@ class VirtualTime : public Clock, public RunLoop {
   void serve() { runFor(std::chrono::microseconds(0)); }
 
   /// Forgets everything that is queued, as the end of a process does.
-  void dropAll() { queue_.clear(); }
+  void dropAll();
 
  private:
   class RepeatingTimer;

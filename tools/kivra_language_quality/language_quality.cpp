@@ -16,7 +16,7 @@ std::map<std::string, Recognized> recognizedByLanguage(LanguageRecognizer& recog
     if (answer.starts_with(language)) {
       ++shares.right;
     } else {
-      shares.mistakes.push_back(answer + ": " + sentence);
+      shares.mistakes.emplace_back(answer).append(": ").append(sentence);
     }
   }
   return result;
