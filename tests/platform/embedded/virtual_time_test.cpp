@@ -69,9 +69,13 @@ TEST_F(VirtualTimeTest, SleepsWithoutServing) {
   EXPECT_EQ(time_.now(), 2500ms);
   time_.serve();
   EXPECT_EQ(ran_, "tt") << "what fell due meanwhile";
+  time_.asyncAfter(1ms, [&] { time_.sleep(3s); });
+  time_.asyncAfter(2s, note('x'));
+  time_.runFor(1ms);
+  EXPECT_EQ(ran_, "ttttxt") << "what fell due while a block slept, too";
   time_.dropAll();
   time_.runFor(5s);
-  EXPECT_EQ(ran_, "tt");
+  EXPECT_EQ(ran_, "ttttxt");
 }
 
 }  // namespace
