@@ -72,10 +72,10 @@ TEST_F(VirtualTimeTest, SleepsWithoutServing) {
   time_.asyncAfter(1ms, [&] { time_.sleep(3s); });
   time_.asyncAfter(2s, note('x'));
   time_.runFor(1ms);
-  EXPECT_EQ(ran_, "tttxtt") << "what fell due while a block slept, too";
+  EXPECT_EQ(ran_, "ttttxt") << "what fell due while a block slept, too";
   time_.dropAll();
   time_.runFor(5s);
-  EXPECT_EQ(ran_, "tttxtt");
+  EXPECT_EQ(ran_, "ttttxt");
 }
 
 }  // namespace
