@@ -11,10 +11,12 @@
 #include "platform/embedded/embedded_keychain.h"
 #include "platform/embedded/embedded_language_model.h"
 #include "platform/embedded/embedded_language_recognizer.h"
+#include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_locale.h"
 #include "platform/embedded/embedded_pasteboard.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/embedded/embedded_spell_checker.h"
+#include "platform/embedded/embedded_status_bar.h"
 #include "platform/embedded/embedded_translation.h"
 #include "platform/embedded/embedded_windows.h"
 #include "platform/embedded/virtual_time.h"
@@ -47,12 +49,14 @@ class EmbeddedDesktop {
             .keychain = keychain,
             .languageModel = languageModel,
             .languageRecognizer = languageRecognizer,
+            .localKeyMonitors = localKeyMonitors,
             .locale = locale,
             .log = session,
             .pasteboard = pasteboard,
             .privacy = session,
             .runLoop = time,
             .spellChecker = spellChecker,
+            .statusBar = statusBar,
             .translation = translation,
             .windows = windows,
             .workspace = session};
@@ -64,7 +68,8 @@ class EmbeddedDesktop {
   EmbeddedPasteboard pasteboard{effects};
   EmbeddedApplication application{inputSources, pasteboard};
   EmbeddedSession session{effects, application};
-  EmbeddedEventStream events{effects, application, session};
+  EmbeddedLocalKeyMonitors localKeyMonitors;
+  EmbeddedEventStream events{effects, application, session, localKeyMonitors};
   EmbeddedDefaultsDatabase defaults;
   EmbeddedSpellChecker spellChecker;
   EmbeddedAccessibility accessibility{application};
@@ -76,6 +81,7 @@ class EmbeddedDesktop {
   EmbeddedLocale locale;
   EmbeddedTranslation translation{effects, time, languageRecognizer};
   EmbeddedWindows windows;
+  EmbeddedStatusBar statusBar{effects};
 };
 
 }  // namespace kivra::embedded

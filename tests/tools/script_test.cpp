@@ -56,6 +56,12 @@ TEST(Script, EndsAtTheFirstLineThatIsNotValid) {
            R"({"op":"instance","pid":"1"})",
            R"({"op":"tap","disabled":"boredom"})",
            R"({"op":"tap"})",
+           R"({"op":"choose","item":"Открыть"})",
+           R"({"op":"choose","item":"Разрешения выданы ✓"})",
+           R"({"op":"choose"})",
+           R"({"op":"window","name":"about"})",
+           R"({"op":"press","window":"settings","text":"Общие"})",
+           R"({"op":"close","window":"permissions"})",
        }) {
     const auto [status, output] = play("# a comment\n\n{\"op\":\"key\",\"code\":0}\n" +
                                        std::string(line) + "\n{\"op\":\"report\"}\n");
