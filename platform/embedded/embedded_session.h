@@ -55,7 +55,8 @@ class EmbeddedSession : public Application, public Log, public Privacy, public W
   void open(std::string_view url) override;
 
  private:
-  static constexpr std::int32_t ownPid = 1;
+  // No process that a script may name.
+  static constexpr std::int32_t ownPid = -1;
 
   Effects& effects_;
   EmbeddedApplication& front_;

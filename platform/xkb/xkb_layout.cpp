@@ -38,7 +38,9 @@ State stateWith(xkb_keymap* keymap, bool shift) {
 std::shared_ptr<const XkbLayout> XkbLayout::named(const std::string& name) {
   const auto open = name.find('(');
   const auto layout = name.substr(0, open);
-  if (layout.empty() || (open != std::string::npos && name.back() != ')')) return nullptr;
+  if (layout.empty() || name.find(',') != std::string::npos ||
+      (open != std::string::npos && name.back() != ')'))
+    return nullptr;
   const auto variant =
       open == std::string::npos ? std::string() : name.substr(open + 1, name.size() - open - 2);
   const Context context(xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES));

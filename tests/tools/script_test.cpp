@@ -40,6 +40,7 @@ TEST(Script, EndsAtTheFirstLineThatIsNotValid) {
            R"({"op":"source","id":"fr"})",
            R"({"op":"sources","list":[1]})",
            R"({"op":"sources","list":[{"id":"x","languages":["en"],"layout":"nowhere"}]})",
+           R"({"op":"sources","list":[{"id":"x","languages":["en"],"layout":"us,ru"}]})",
            R"({"op":"focus","text":"ab","selection":[0,3]})",
            R"({"op":"select","range":[1,2]})",
            R"({"op":"select","range":[0]})",
