@@ -1,0 +1,66 @@
+#include "platform/linux/linux_application.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <charconv>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <system_error>
+
+namespace kivra {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string programName(const fs::path& process) {
+  std::error_code error;
+  auto name = fs::read_symlink(process / "exe", error).filename().string();
+  // So the kernel shows a program that has been replaced while it ran.
+  constexpr std::string_view deleted = " (deleted)";
+  if (name.ends_with(deleted)) name.resize(name.size() - deleted.size());
+  return error ? "" : name;
+}
+
+/// The value of DISPLAY in the process's environment.
+std::string display(const fs::path& process) {
+  std::ifstream file(process / "environ", std::ios::binary);
+  constexpr std::string_view name = "DISPLAY=";
+  for (std::string entry; std::getline(file, entry, '\0');) {
+    if (entry.starts_with(name)) return entry.substr(name.size());
+  }
+  return "";
+}
+
+bool isMine(const fs::path& process) {
+  struct stat status {};
+  return ::stat(process.c_str(), &status) == 0 && status.st_uid == ::getuid();
+}
+
+}  // namespace
+
+std::int32_t LinuxApplication::processIdentifier() { return ::getpid(); }
+
+std::vector<std::int32_t> LinuxApplication::runningApplications(std::string_view bundleIdentifier) {
+  std::vector<std::int32_t> running;
+  if (bundleIdentifier != identifier) return running;
+  const fs::path self = "/proc/self";
+  const auto ownName = programName(self);
+  const auto ownDisplay = display(self);
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator("/proc", error)) {
+    const auto name = entry.path().filename().string();
+    std::int32_t process = 0;
+    const auto parsed = std::from_chars(name.data(), name.data() + name.size(), process);
+    if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size()) continue;
+    if (isMine(entry.path()) && programName(entry.path()) == ownName &&
+        display(entry.path()) == ownDisplay) {
+      running.push_back(process);
+    }
+  }
+  return running;
+}
+
+}  // namespace kivra

@@ -1,0 +1,67 @@
+#include "linux_desktop.h"
+
+#include <QCoreApplication>
+#include <cstdlib>
+#include <utility>
+
+namespace kivra {
+
+namespace {
+
+constexpr const char* accessibilityMissing =
+    "Kivra: служба специальных возможностей (AT-SPI) не отвечает или выключена; включить: "
+    "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
+
+}  // namespace
+
+LinuxDesktop::LinuxDesktop(std::string guardProgram)
+    : application_([] { QCoreApplication::quit(); }),
+      defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
+      x11_({.runLoop = runLoop_,
+            .log = log_,
+            .watchFd =
+                [this](int fd, std::function<void()> onReadable) {
+                  return runLoop_.watch(fd, std::move(onReadable));
+                },
+            .guardProgram = std::move(guardProgram),
+            .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .connectionLost =
+                [this] {
+                  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+                  QCoreApplication::exit(EXIT_FAILURE);
+                }}) {
+  spellChecker_.load();
+}
+
+Platform LinuxDesktop::platform() {
+  return {.application = application_,
+          .clock = clock_,
+          .defaults = defaults_,
+          .eventPosting = x11_.eventPosting,
+          .eventTaps = x11_.eventTaps,
+          .inputSources = x11_.inputSources,
+          .log = log_,
+          .privacy = *this,
+          .runLoop = runLoop_,
+          .spellChecker = spellChecker_,
+          .workspace = x11_.workspace};
+}
+
+bool LinuxDesktop::isProcessTrusted() {
+  const auto isTrusted = accessibility_.isEnabled();
+  reportMissing(reportedAccessibility_, isTrusted ? "" : accessibilityMissing);
+  return isTrusted;
+}
+
+AccessType LinuxDesktop::checkAccess() {
+  const auto isGranted = x11_.connect();
+  reportMissing(reportedInput_, isGranted ? "" : "Kivra: клавиатуру не видно: " + x11_.problem());
+  return isGranted ? AccessType::granted : AccessType::denied;
+}
+
+void LinuxDesktop::reportMissing(std::string& reported, const std::string& missing) {
+  if (!missing.empty() && missing != reported) log_.log(missing);
+  reported = missing;
+}
+
+}  // namespace kivra
