@@ -53,7 +53,6 @@ void FrozenKeyboard::attempt(const Writer& write, const std::bitset<256>& down, 
     if (event.isKey()) down_.set(event.code, event.kind == RecordedEvent::Kind::keyDown);
   }
   const auto script = write(down_, down);
-  stream_.beginPosting();
   for (const auto& key : script) send(key, false);
   for (const auto& event : takenOut) {
     if (event.isKey()) send({event.code, event.kind == RecordedEvent::Kind::keyDown, 0}, true);
@@ -76,14 +75,17 @@ void FrozenKeyboard::release() {
 
 bool FrozenKeyboard::hasSlipped(std::size_t base) const {
   const auto& events = stream_.events();
-  const auto first = events.begin() + static_cast<std::ptrdiff_t>(base + takenOut_);
-  const auto last = events.begin() + static_cast<std::ptrdiff_t>(
-                                         std::max(stream_.countAtFirstPosted(), base + takenOut_));
-  // A release alone may go first, unless the press that it ends is one to be typed again.
-  return std::any_of(first, last, [this](const RecordedEvent& event) {
-    return event.kind == RecordedEvent::Kind::keyDown ||
-           (event.kind == RecordedEvent::Kind::keyUp && takenOut_ > 0);
-  });
+  const auto begin = std::min(base + takenOut_, events.size());
+  const auto end = std::clamp(stream_.countAtLastPosted(), begin, events.size());
+  // Whether before the script or in its midst. A release alone does no harm there, unless the press
+  // that it ends is one to be typed again.
+  return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(begin),
+                     events.begin() + static_cast<std::ptrdiff_t>(end),
+                     [this](const RecordedEvent& event) {
+                       if (event.isOwn) return false;
+                       return event.kind == RecordedEvent::Kind::keyDown ||
+                              (event.kind == RecordedEvent::Kind::keyUp && takenOut_ > 0);
+                     });
 }
 
 void FrozenKeyboard::takeOutWaitingKeys(std::size_t base) {

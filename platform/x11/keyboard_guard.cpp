@@ -4,6 +4,7 @@
 #include <X11/extensions/XInput2.h>
 #include <poll.h>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -94,7 +95,6 @@ void KeyboardGuard::readServer() {
 void KeyboardGuard::takeEvent(XEvent& event) {
   if (event.type == KeyPress) {
     grabbed_.push_back(static_cast<std::uint8_t>(event.xkey.keycode));
-    group_ = (event.xkey.state >> 13) & 3;
   } else if (event.type == MappingNotify) {
     XRefreshKeyboardMapping(&event.xmapping);
     mapChanged_ = true;
@@ -255,8 +255,17 @@ bool KeyboardGuard::takeGrabbed(std::uint8_t code) {
   return true;
 }
 
+bool KeyboardGuard::isFlooded() {
+  stream_.drain();
+  return static_cast<std::size_t>(std::ranges::count_if(
+             stream_.events(), [](const RecordedEvent& event) {
+               return !event.isOwn && event.kind == RecordedEvent::Kind::keyDown;
+             })) > mostWaiting;
+}
+
 void KeyboardGuard::decide(const RecordedEvent& event) {
-  if (!isEnabled_) {
+  if (!isEnabled_ || isFlooded()) {
+    report({.kind = ReportKind::wordBroken});
     replay();
     return;
   }

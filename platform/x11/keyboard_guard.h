@@ -30,6 +30,11 @@ class KeyboardGuard {
   /// take a keyboard for dead, far above what a decision costs on a machine under load.
   static constexpr std::chrono::milliseconds decisionTime{500};
 
+  /// With more presses than this waiting behind a key that could be consumed, a machine is typing
+  /// and the key passes unasked: typing them all again behind each word would take longer than the
+  /// machine types.
+  static constexpr std::size_t mostWaiting = 200;
+
   /// Throws std::runtime_error when the server refuses what the guard needs.
   KeyboardGuard(DisplayPointer display, int channelFd);
   ~KeyboardGuard();
@@ -56,6 +61,7 @@ class KeyboardGuard {
 
   bool takeGrabbed(std::uint8_t code);
   void decide(const RecordedEvent& event);
+  bool isFlooded();
   std::optional<OrderMessage> awaitVerdict(std::uint32_t number);
   void carryOut(const OrderMessage& verdict, const RecordedEvent& event);
   void replay();

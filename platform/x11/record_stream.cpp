@@ -71,10 +71,10 @@ void RecordStream::drain() { XRecordProcessReplies(data_.get()); }
 void RecordStream::catchUp() {
   // The requests have been carried out, so their records are on the way; the bound only keeps a
   // server that misbehaves from hanging the guard.
-  constexpr int attempts = 100;
+  constexpr std::chrono::milliseconds patience(100);
   drain();
-  for (int i = 0; i < attempts && (!expected_.empty() || grabsSeen_ < grabsSent_); ++i) {
-    wait(std::chrono::milliseconds(1));
+  while (!expected_.empty() || grabsSeen_ < grabsSent_) {
+    if (!wait(patience)) break;
     drain();
   }
   expected_.clear();
@@ -104,7 +104,7 @@ void RecordStream::takeRequest(const unsigned char* request) {
     return;
   }
   if (request[0] != testOpcode_ || expected_.empty()) return;
-  if (!std::exchange(hasPosted_, true)) countAtFirstPosted_ = events_.size();
+  countAtLastPosted_ = events_.size();
   // The event's type and detail follow the four bytes of the request's header.
   pending_ = Pending{request[4], request[5], expected_.front()};
   expected_.pop_front();

@@ -38,9 +38,6 @@ class RecordStream {
   /// To be called for each XGrabKeyboard request, before it is sent.
   void expectGrab() { ++grabsSent_; }
 
-  /// The next posted key is the first of a script.
-  void beginPosting() { hasPosted_ = false; }
-
   /// Takes in what the server has sent; does not wait.
   void drain();
 
@@ -54,9 +51,9 @@ class RecordStream {
   std::deque<RecordedEvent>& events() { return events_; }
 
   /// The number of events that stood in `events` when the latest recorded keyboard grab froze the
-  /// keyboard, and when the first key of the latest script was taken in.
+  /// keyboard, and when the latest posted key was taken in.
   std::size_t countAtGrab() const { return countAtGrab_; }
-  std::size_t countAtFirstPosted() const { return countAtFirstPosted_; }
+  std::size_t countAtLastPosted() const { return countAtLastPosted_; }
 
  private:
   static void intercept(XPointer self, XRecordInterceptData* data);
@@ -77,8 +74,7 @@ class RecordStream {
   std::uint64_t grabsSent_ = 0;
   std::uint64_t grabsSeen_ = 0;
   std::size_t countAtGrab_ = 0;
-  std::size_t countAtFirstPosted_ = 0;
-  bool hasPosted_ = false;
+  std::size_t countAtLastPosted_ = 0;
 };
 
 }  // namespace kivra::x11

@@ -1,8 +1,9 @@
 #include "linux_desktop.h"
 
-#include <QCoreApplication>
 #include <cstdlib>
 #include <utility>
+
+#include "platform/qt/qt_application.h"
 
 namespace kivra {
 
@@ -15,7 +16,7 @@ constexpr const char* accessibilityMissing =
 }  // namespace
 
 LinuxDesktop::LinuxDesktop(std::string guardProgram)
-    : application_([] { QCoreApplication::quit(); }),
+    : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
       defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
       x11_({.runLoop = runLoop_,
             .log = log_,
@@ -28,7 +29,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram)
             .connectionLost =
                 [this] {
                   log_.log("Kivra: связь с X-сервером потеряна, выходим");
-                  QCoreApplication::exit(EXIT_FAILURE);
+                  qt::QtApplication::exit(EXIT_FAILURE);
                 }}) {
   spellChecker_.load();
 }

@@ -16,7 +16,7 @@
 namespace kivra {
 
 /// The Linux desktop: every service of the boundary, as an X11 session has it. Needs a
-/// QCoreApplication.
+/// QtApplication.
 class LinuxDesktop : public Privacy {
  public:
   /// `guardProgram` is the executable of the keyboard guard.
