@@ -42,6 +42,12 @@ void FrozenKeyboard::type(const Writer& write, const std::bitset<256>& down, std
     if (!hasSlipped(base)) break;
     takeOutWaitingKeys(base);
   }
+  // Now the script comes first for those who read the stream as well.
+  const auto first = stream_.events().begin() + static_cast<std::ptrdiff_t>(base);
+  if (takenOut_ > 0) {
+    std::stable_partition(first, stream_.events().end(),
+                          [](const RecordedEvent& event) { return event.isOwn; });
+  }
   release();
 }
 
