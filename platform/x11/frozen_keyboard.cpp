@@ -35,12 +35,17 @@ bool FrozenKeyboard::freeze() {
 
 void FrozenKeyboard::type(const Writer& write, const std::bitset<256>& down, std::size_t base) {
   takenOut_ = 0;
-  // One repetition for each key that slips in: a handful even when a machine types.
-  constexpr int patience = 100;
-  for (int i = 0; i < patience; ++i) {
-    attempt(write, down, base);
-    if (!hasSlipped(base)) break;
-    takeOutWaitingKeys(base);
+  attempt(write, down, base);
+  if (hasSlipped(base)) {
+    // Programs that type are held off meanwhile, else one that types without a pause would always
+    // be ahead. A keyboard of wood and wires is slower than one repetition.
+    constexpr int patience = 20;
+    XGrabServer(display_);
+    for (int i = 0; i < patience && hasSlipped(base); ++i) {
+      takeOutWaitingKeys(base);
+      attempt(write, down, base);
+    }
+    XUngrabServer(display_);
   }
   // Now the script comes first for those who read the stream as well.
   const auto first = stream_.events().begin() + static_cast<std::ptrdiff_t>(base);

@@ -25,14 +25,32 @@ void readRecords(const std::byte* bytes, std::size_t size, std::uint32_t count,
 }  // namespace
 
 bool GuardChannel::send(const Report& report) {
+  // Far more than the decision time lets through before the tap is off.
+  constexpr std::size_t longestBacklog = 20000;
+  flush();
+  if (backlog_.empty() && sendNow(report)) return true;
+  if (!isOpen_ || backlog_.size() >= longestBacklog) return false;
+  backlog_.push_back(report);
+  return true;
+}
+
+void GuardChannel::flush() {
+  while (!backlog_.empty() && sendNow(backlog_.front())) backlog_.pop_front();
+}
+
+bool GuardChannel::sendNow(const Report& report) {
   const auto sent = ::send(fd_, &report, sizeof report, MSG_DONTWAIT | MSG_NOSIGNAL);
   if (sent < 0 && errno != EAGAIN && errno != EWOULDBLOCK && errno != EINTR) isOpen_ = false;
   return sent == static_cast<ssize_t>(sizeof report);
 }
 
 std::optional<OrderMessage> GuardChannel::receive(std::chrono::milliseconds timeout) {
-  pollfd descriptor{.fd = fd_, .events = POLLIN, .revents = 0};
+  const auto writable = static_cast<short>(hasBacklog() ? POLLOUT : 0);
+  pollfd descriptor{
+      .fd = fd_, .events = static_cast<short>(POLLIN | writable), .revents = 0};
   if (::poll(&descriptor, 1, static_cast<int>(timeout.count())) <= 0) return std::nullopt;
+  if ((descriptor.revents & POLLOUT) != 0) flush();
+  if ((descriptor.revents & ~POLLOUT) == 0) return std::nullopt;
   std::array<std::byte, largestPacket> packet;
   const auto size = ::recv(fd_, packet.data(), packet.size(), MSG_DONTWAIT);
   if (size == 0 || (size < 0 && errno != EAGAIN && errno != EINTR)) isOpen_ = false;

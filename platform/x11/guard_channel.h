@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <deque>
 #include <optional>
 #include <vector>
 
@@ -25,16 +26,23 @@ class GuardChannel {
   int fd() const { return fd_; }
   bool isOpen() const { return isOpen_; }
 
-  /// False when the program does not take its messages (its buffer is full) or is gone; never
-  /// waits.
+  /// Sends now or, while the program is slow to read, later; never waits. False when the program
+  /// has not read for so long that the report is dropped, or is gone.
   bool send(const Report& report);
+
+  /// Sends what had to wait, as far as possible.
+  void flush();
+  bool hasBacklog() const { return !backlog_.empty(); }
 
   /// The next order, waited for at most `timeout`.
   std::optional<OrderMessage> receive(std::chrono::milliseconds timeout);
 
  private:
+  bool sendNow(const Report& report);
+
   int fd_;
   bool isOpen_ = true;
+  std::deque<Report> backlog_;
 };
 
 }  // namespace kivra::x11

@@ -28,10 +28,19 @@ std::vector<std::uint16_t> KeyGrabs::set(const std::vector<Chord>& chords,
     if (!keep) XUngrabKey(display_, old.first, old.second, DefaultRootWindow(display_));
     return !keep;
   });
+  std::vector<Grab> added;
+  for (const auto& [key, virtualKey] : wanted) {
+    if (!grabbed_.contains(key)) added.push_back(key);
+  }
+  // Nearly always nobody else wants them: one question for all.
+  if (added.empty() || grab(added)) {
+    grabbed_.insert(added.begin(), added.end());
+    return {};
+  }
   std::vector<std::uint16_t> taken;
   for (const auto& [key, virtualKey] : wanted) {
     if (grabbed_.contains(key)) continue;
-    if (grab(key)) {
+    if (grab({key})) {
       grabbed_.insert(key);
       refused_.erase(key);
     } else if (refused_.insert(key).second && std::ranges::find(taken, virtualKey) == taken.end()) {
@@ -41,10 +50,12 @@ std::vector<std::uint16_t> KeyGrabs::set(const std::vector<Chord>& chords,
   return taken;
 }
 
-bool KeyGrabs::grab(const Grab& grab) {
+bool KeyGrabs::grab(const std::vector<Grab>& grabs) {
   ErrorTrap trap(display_);
-  XGrabKey(display_, grab.first, grab.second, DefaultRootWindow(display_), False, GrabModeAsync,
-           GrabModeSync);
+  for (const auto& [code, modifiers] : grabs) {
+    XGrabKey(display_, code, modifiers, DefaultRootWindow(display_), False, GrabModeAsync,
+             GrabModeSync);
+  }
   return !trap.failed();
 }
 

@@ -32,7 +32,7 @@ class KeyGrabs {
   static constexpr std::uint64_t chordFlags =
       event_flags::shift | event_flags::control | event_flags::option | event_flags::command;
 
-  bool grab(const Grab& grab);
+  bool grab(const std::vector<Grab>& grabs);
 
   Display* display_;
   std::set<std::pair<std::uint8_t, std::uint64_t>> chords_;

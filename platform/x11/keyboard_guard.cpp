@@ -73,13 +73,14 @@ void KeyboardGuard::run() {
     handleInput();
     handleOrders(std::chrono::milliseconds(0));
     if (XEventsQueued(display_.get(), QueuedAfterFlush) > 0 || stream_.wait({})) continue;
-    const auto writable = static_cast<short>(owesNotice_ ? POLLOUT : 0);
+    const auto writable = static_cast<short>(channel_.hasBacklog() ? POLLOUT : 0);
     std::array<pollfd, 3> waited = {
         {{.fd = ConnectionNumber(display_.get()), .events = POLLIN, .revents = 0},
          {.fd = stream_.fd(), .events = POLLIN, .revents = 0},
          {.fd = channel_.fd(), .events = static_cast<short>(POLLIN | writable), .revents = 0}}};
     ::poll(waited.data(), waited.size(), -1);
-    if (owesNotice_) sendNotice();
+    channel_.flush();
+    if (owesNotice_ && !channel_.hasBacklog()) sendNotice();
   }
 }
 

@@ -20,7 +20,7 @@ constexpr int wordCount = 1000;
 /// Words of which each is due for a correction: the layout that the word before has selected is
 /// the wrong one for it.
 std::string wrongWords(int count) {
-  constexpr std::array russian = {"ghbdtn", "cnhfyf", "cgfcb,j", "vfibyf", "gjuekznm", "Vjcrdf", "pltcm"};
+  constexpr std::array russian = {"ghbdtn", "cnhfyf", "ckjdj", "vfibyf", "gjuekznm", "Vjcrdf", "pltcm"};
   constexpr std::array english = {"hello", "world", "keyboard", "Monday", "the", "language", "word"};
   std::string text;
   for (int i = 0; i < count; ++i) {
