@@ -63,8 +63,14 @@ void FrozenKeyboard::attempt(const Writer& write, const std::bitset<256>& down, 
   for (const auto& event : takenOut) {
     if (event.isKey()) down_.set(event.code, event.kind == RecordedEvent::Kind::keyDown);
   }
+  // What an attempt before has left down counts as down; to release a key once more does no harm.
+  down_ |= testDown_;
   const auto script = write(down_, down);
-  for (const auto& key : script) send(key, false);
+  leftDown_.reset();
+  for (const auto& key : script) {
+    send(key, false);
+    leftDown_.set(key.code, key.down);
+  }
   for (const auto& event : takenOut) {
     if (event.isKey()) send({event.code, event.kind == RecordedEvent::Kind::keyDown, 0}, true);
   }
@@ -88,14 +94,15 @@ bool FrozenKeyboard::hasSlipped(std::size_t base) const {
   const auto& events = stream_.events();
   const auto begin = std::min(base + takenOut_, events.size());
   const auto end = std::clamp(stream_.countAtLastPosted(), begin, events.size());
-  // Whether before the script or in its midst. A release alone does no harm there, unless the press
-  // that it ends is one to be typed again.
+  // Whether before the script or in its midst. A release alone does no harm there, unless it ends a
+  // press that is made again: one that was taken out, or a modifier that is given back.
   return std::any_of(events.begin() + static_cast<std::ptrdiff_t>(begin),
                      events.begin() + static_cast<std::ptrdiff_t>(end),
                      [this](const RecordedEvent& event) {
                        if (event.isOwn) return false;
                        return event.kind == RecordedEvent::Kind::keyDown ||
-                              (event.kind == RecordedEvent::Kind::keyUp && takenOut_ > 0);
+                              (event.kind == RecordedEvent::Kind::keyUp &&
+                               (takenOut_ > 0 || leftDown_.test(event.code)));
                      });
 }
 

@@ -54,6 +54,7 @@ class FrozenKeyboard {
   Display* display_;
   RecordStream& stream_;
   std::size_t takenOut_ = 0;
+  std::bitset<256> leftDown_;  // by the script
   std::bitset<256> down_;      // as the server sees the keyboard
   std::bitset<256> testDown_;  // pressed through XTEST and not yet released through it
 };
