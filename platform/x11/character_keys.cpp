@@ -88,6 +88,7 @@ void CharacterKeys::bind(Spare& spare, std::uint32_t scalar) {
   symbols.fill(scalar == 0 ? NoSymbol : KeySym{xkb_utf32_to_keysym(scalar)});
   XChangeKeyboardMapping(display_, spare.code, symbolsPerCode, symbols.data(), 1);
   spare.scalar = scalar;
+  hasBound_ = true;
 }
 
 void CharacterKeys::unbind() {

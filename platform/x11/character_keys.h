@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace kivra::x11 {
@@ -32,6 +33,9 @@ class CharacterKeys {
   /// key code at all.
   std::optional<CharacterKey> find(std::uint32_t scalar, std::uint32_t group);
 
+  /// Whether a key code has been bound since the last call.
+  bool takeHasBound() { return std::exchange(hasBound_, false); }
+
   /// Whether the program bound this key code itself.
   bool isSpare(std::uint8_t code) const;
 
@@ -53,6 +57,7 @@ class CharacterKeys {
   std::array<std::unordered_map<std::uint32_t, CharacterKey>, maxGroups> keys_;
   std::vector<Spare> spares_;
   std::uint64_t uses_ = 0;
+  bool hasBound_ = false;
 };
 
 }  // namespace kivra::x11

@@ -38,6 +38,13 @@ void selectServerEvents(Display* display) {
   XISelectEvents(display, DefaultRootWindow(display), &mask, 1);
 }
 
+/// Tells all clients the group once more: some forget it when they read a changed keyboard map, and
+/// the server tells of changes only.
+void announceGroup(Display* display, unsigned int group) {
+  XkbLockGroup(display, XkbUseCoreKbd, group == 0 ? 1 : 0);
+  XkbLockGroup(display, XkbUseCoreKbd, group);
+}
+
 std::uint32_t currentGroup(Display* display) {
   XkbStateRec state{};
   XkbGetState(display, XkbUseCoreKbd, &state);
@@ -258,8 +265,8 @@ bool KeyboardGuard::takeGrabbed(std::uint8_t code) {
 
 bool KeyboardGuard::isFlooded() {
   stream_.drain();
-  return static_cast<std::size_t>(std::ranges::count_if(
-             stream_.events(), [](const RecordedEvent& event) {
+  return static_cast<std::size_t>(
+             std::ranges::count_if(stream_.events(), [](const RecordedEvent& event) {
                return !event.isOwn && event.kind == RecordedEvent::Kind::keyDown;
              })) > mostWaiting;
 }
@@ -390,7 +397,9 @@ FrozenKeyboard::Writer KeyboardGuard::writer(std::vector<PostedKey> keys) {
                       .characterKey = [this, group = state.group](std::uint32_t scalar) {
                         return characters_.find(scalar, group);
                       }});
-    return script.write(keys);
+    auto written = script.write(keys);
+    if (characters_.takeHasBound()) announceGroup(display_.get(), state.group);
+    return written;
   };
 }
 

@@ -70,10 +70,10 @@ class Applications : public testing::Test {
     session.run({"xdotool", "type", "--delay", "30", "ghbdtn "});
     Typist typist(session.display());
     typist.setPace(5ms, 10ms);
-    typist.type("hello vfibyf word smile ghbdtn ");
+    typist.type("hello vfibyf keyboard ckjdj smile ghbdtn ");
   }
 
-  static constexpr const char* sample = "привет hello машина word é́ Ünï 😀 ok привет ";
+  static constexpr const char* sample = "привет hello машина keyboard слово é́ Ünï 😀 ok привет ";
 
   std::string clipboard() {
     session.run({"xdotool", "key", "--clearmodifiers", "ctrl+a"});
