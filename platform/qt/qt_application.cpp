@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <QSocketNotifier>
-#include <QTimer>
 
 namespace kivra::qt {
 
@@ -25,8 +24,7 @@ int catchSignals() {
 
 QtApplication::QtApplication(int& count, char** values)
     : caughtSignals_(catchSignals()), application_(count, values) {
-  auto* const notifier =
-      new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
+  auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
 }
 
@@ -36,8 +34,9 @@ int QtApplication::run() { return QCoreApplication::exec(); }
 
 void QtApplication::exit(int status) {
   // Before the loop runs Qt ignores a request to end it.
-  QTimer::singleShot(0, QCoreApplication::instance(),
-                     [status] { QCoreApplication::exit(status); });
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
+      Qt::QueuedConnection);
 }
 
 }  // namespace kivra::qt

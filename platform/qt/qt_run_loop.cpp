@@ -39,13 +39,23 @@ std::unique_ptr<Timer> QtRunLoop::scheduleRepeatingTimer(std::chrono::microsecon
 }
 
 void QtRunLoop::asyncAfter(std::chrono::microseconds delay, std::function<void()> block) {
-  QTimer::singleShot(roundedUp(delay), Qt::PreciseTimer, QCoreApplication::instance(),
-                     std::move(block));
+  auto* const timer = new QTimer(QCoreApplication::instance());
+  timer->setSingleShot(true);
+  timer->setTimerType(Qt::PreciseTimer);
+  QObject::connect(timer, &QTimer::timeout, timer, [timer, called = std::move(block)] {
+    timer->deleteLater();
+    called();
+  });
+  timer->start(roundedUp(delay));
 }
 
 void QtRunLoop::runFor(std::chrono::microseconds duration) {
   QEventLoop loop;
-  QTimer::singleShot(roundedUp(duration), Qt::PreciseTimer, &loop, &QEventLoop::quit);
+  QTimer timer;
+  timer.setSingleShot(true);
+  timer.setTimerType(Qt::PreciseTimer);
+  QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+  timer.start(roundedUp(duration));
   loop.exec();
 }
 

@@ -4,6 +4,7 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <memory>
 
 #include "platform/xkb/virtual_keys.h"
@@ -36,7 +37,7 @@ std::vector<std::uint8_t> codesWithoutSymbols(Display* display) {
       XGetKeyboardMapping(display, firstCode, codeLimit - firstCode, &perCode), XFree);
   std::vector<std::uint8_t> codes;
   for (int code = firstCode; symbols && code < codeLimit; ++code) {
-    const auto* first = symbols.get() + (code - firstCode) * perCode;
+    const auto* first = symbols.get() + std::ptrdiff_t{code - firstCode} * perCode;
     if (std::all_of(first, first + perCode, [](KeySym symbol) { return symbol == NoSymbol; })) {
       codes.push_back(static_cast<std::uint8_t>(code));
     }

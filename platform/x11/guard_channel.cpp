@@ -46,8 +46,7 @@ bool GuardChannel::sendNow(const Report& report) {
 
 std::optional<OrderMessage> GuardChannel::receive(std::chrono::milliseconds timeout) {
   const auto writable = static_cast<short>(hasBacklog() ? POLLOUT : 0);
-  pollfd descriptor{
-      .fd = fd_, .events = static_cast<short>(POLLIN | writable), .revents = 0};
+  pollfd descriptor{.fd = fd_, .events = static_cast<short>(POLLIN | writable), .revents = 0};
   if (::poll(&descriptor, 1, static_cast<int>(timeout.count())) <= 0) return std::nullopt;
   if ((descriptor.revents & POLLOUT) != 0) flush();
   if ((descriptor.revents & ~POLLOUT) == 0) return std::nullopt;

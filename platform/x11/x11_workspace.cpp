@@ -42,7 +42,7 @@ std::string X11Workspace::applicationName(xcb_window_t window) {
   for (const auto* property :
        {"_GTK_APPLICATION_ID", "_KDE_NET_WM_DESKTOP_FILE", "_BAMF_DESKTOP_FILE_HINT"}) {
     if (const auto value = connection_.property(window, property)) {
-      const auto name = desktopIdentifier(*value);
+      auto name = desktopIdentifier(*value);
       if (!name.empty()) return name;
     }
   }
