@@ -24,14 +24,16 @@ std::string programName(const fs::path& process) {
   return error ? "" : name;
 }
 
-/// The value of DISPLAY in the process's environment.
+/// What tells the login session of a process from others: its display and its runtime directory.
 std::string display(const fs::path& process) {
   std::ifstream file(process / "environ", std::ios::binary);
-  constexpr std::string_view name = "DISPLAY=";
+  std::string session;
   for (std::string entry; std::getline(file, entry, '\0');) {
-    if (entry.starts_with(name)) return entry.substr(name.size());
+    if (entry.starts_with("DISPLAY=") || entry.starts_with("XDG_RUNTIME_DIR=")) {
+      session += entry + '\n';
+    }
   }
-  return "";
+  return session;
 }
 
 bool isMine(const fs::path& process) {

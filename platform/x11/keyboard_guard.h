@@ -28,7 +28,7 @@ class KeyboardGuard {
  public:
   /// How long the program may take to decide of a key. Well below the second after which users
   /// take a keyboard for dead, far above what a decision costs on a machine under load.
-  static constexpr std::chrono::milliseconds decisionTime{500};
+  static constexpr std::chrono::milliseconds decisionTime{700};
 
   /// With more presses than this waiting behind a key that could be consumed, a machine is typing
   /// and the key passes unasked: typing them all again behind each word would take longer than the

@@ -10,7 +10,8 @@ namespace {
 using namespace std::chrono_literals;
 
 // A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
-constexpr auto heartbeatInterval = 400ms;
+constexpr auto heartbeatInterval = 300ms;
+constexpr int mostUnanswered = 3;
 
 EventType eventType(ReportKind kind) {
   switch (kind) {
@@ -95,7 +96,7 @@ void X11EventTaps::attach(bool attached) {
   heartbeat_.reset();
   if (!attached || environment_.guard.fd() < 0) return;
   watch_ = environment_.watchFd(environment_.guard.fd(), [this] { readReports(); });
-  awaitsPong_ = false;
+  unanswered_ = 0;
   heartbeat_ = environment_.runLoop.scheduleRepeatingTimer(heartbeatInterval, [this] { beat(); });
 }
 
@@ -112,7 +113,7 @@ void X11EventTaps::readReports() {
 }
 
 void X11EventTaps::take(const Report& report) {
-  awaitsPong_ = false;
+  unanswered_ = 0;
   if (report.kind == ReportKind::pong || report.kind == ReportKind::ready) return;
   if (report.kind == ReportKind::keyTaken) {
     environment_.log.log("Kivra: клавиша " + std::to_string(report.keyCode) +
@@ -159,7 +160,7 @@ void X11EventTaps::flushPosted() {
 void X11EventTaps::beat() {
   // An answer may wait unread when this process has been busy or stopped.
   readReports();
-  if (std::exchange(awaitsPong_, true)) {
+  if (unanswered_++ >= mostUnanswered) {
     environment_.log.log("Kivra: сторож клавиатуры не отвечает, запускаю нового");
     replaceGuard();
     return;

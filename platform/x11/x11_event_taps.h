@@ -16,7 +16,7 @@
 namespace kivra::x11 {
 
 /// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
-/// back. Watches the guard in its turn: one that does not answer for 0.8 s is replaced.
+/// back. Watches the guard in its turn: one that does not answer for 0.9 s is replaced.
 class X11EventTaps : public EventTaps {
  public:
   struct Environment {
@@ -57,7 +57,7 @@ class X11EventTaps : public EventTaps {
   std::vector<Chord> chords_;
   bool isEnabled_ = false;
   bool isInCallback_ = false;
-  bool awaitsPong_ = false;
+  int unanswered_ = 0;  // heartbeats since the guard last said anything
   std::unique_ptr<Timer> heartbeat_;
   std::shared_ptr<void> watch_;
   std::shared_ptr<X11EventTaps*> self_;  // emptied first, for blocks that come later

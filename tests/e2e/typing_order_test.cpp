@@ -20,8 +20,10 @@ constexpr int wordCount = 1000;
 /// Words of which each is due for a correction: the layout that the word before has selected is
 /// the wrong one for it.
 std::string wrongWords(int count) {
-  constexpr std::array russian = {"ghbdtn", "cnhfyf", "ckjdj", "vfibyf", "gjuekznm", "Vjcrdf", "pltcm"};
-  constexpr std::array english = {"hello", "world", "keyboard", "Monday", "the", "language", "word"};
+  constexpr std::array russian = {"ghbdtn",   "cnhfyf", "ckjdj", "vfibyf",
+                                  "gjuekznm", "Vjcrdf", "pltcm"};
+  constexpr std::array english = {"hello", "world",    "keyboard", "Monday",
+                                  "the",   "language", "word"};
   std::string text;
   for (int i = 0; i < count; ++i) {
     const auto pair = static_cast<std::size_t>(i / 2);

@@ -19,10 +19,18 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto busEnable = {
-    "gdbus",   "call",         "--session",     "-d",
-    "org.a11y.Bus", "-o",      "/org/a11y/bus", "-m",
-    "org.freedesktop.DBus.Properties.Set", "org.a11y.Status", "IsEnabled", "<true>"};
+constexpr auto busEnable = {"gdbus",
+                            "call",
+                            "--session",
+                            "-d",
+                            "org.a11y.Bus",
+                            "-o",
+                            "/org/a11y/bus",
+                            "-m",
+                            "org.freedesktop.DBus.Properties.Set",
+                            "org.a11y.Status",
+                            "IsEnabled",
+                            "<true>"};
 
 bool grabFailed = false;
 
@@ -32,8 +40,8 @@ int noteFailure(Display* /*display*/, XErrorEvent* /*event*/) {
 }
 
 bool hasWindowManager(const Environment& environment) {
-  return outputOf({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, environment)
-             .find("window id") != std::string::npos;
+  return outputOf({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, environment).find("window id") !=
+         std::string::npos;
 }
 
 }  // namespace
@@ -85,8 +93,8 @@ XSession::~XSession() {
 void XSession::startServer(const std::vector<std::string>& arguments) {
   std::array<int, 2> ends{};
   if (::pipe2(ends.data(), O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
-  std::vector<std::string> command = {"Xvfb",     "-displayfd",   "3",       "-noreset",
-                                      "-screen",  "0",            "1000x700x24", "-nolisten", "tcp"};
+  std::vector<std::string> command = {"Xvfb", "-displayfd",  "3",         "-noreset", "-screen",
+                                      "0",    "1000x700x24", "-nolisten", "tcp"};
   command.insert(command.end(), arguments.begin(), arguments.end());
   server_ = std::make_unique<ChildProcess>(
       command, ChildProcess::Options{.environment = {{"PATH", std::getenv("PATH")}},
