@@ -25,15 +25,15 @@ std::string programName(const fs::path& process) {
 }
 
 /// What tells the login session of a process from others: its display and its runtime directory.
-std::string display(const fs::path& process) {
+std::string loginSession(const fs::path& process) {
   std::ifstream file(process / "environ", std::ios::binary);
-  std::string session;
+  std::string screen;
+  std::string directory;
   for (std::string entry; std::getline(file, entry, '\0');) {
-    if (entry.starts_with("DISPLAY=") || entry.starts_with("XDG_RUNTIME_DIR=")) {
-      session += entry + '\n';
-    }
+    if (entry.starts_with("DISPLAY=")) screen = entry;
+    if (entry.starts_with("XDG_RUNTIME_DIR=")) directory = entry;
   }
-  return session;
+  return screen + '\n' + directory;
 }
 
 bool isMine(const fs::path& process) {
@@ -50,7 +50,7 @@ std::vector<std::int32_t> LinuxApplication::runningApplications(std::string_view
   if (bundleIdentifier != identifier) return running;
   const fs::path self = "/proc/self";
   const auto ownName = programName(self);
-  const auto ownDisplay = display(self);
+  const auto ownSession = loginSession(self);
   std::error_code error;
   for (const auto& entry : fs::directory_iterator("/proc", error)) {
     const auto name = entry.path().filename().string();
@@ -58,7 +58,7 @@ std::vector<std::int32_t> LinuxApplication::runningApplications(std::string_view
     const auto parsed = std::from_chars(name.data(), name.data() + name.size(), process);
     if (parsed.ec != std::errc() || parsed.ptr != name.data() + name.size()) continue;
     if (isMine(entry.path()) && programName(entry.path()) == ownName &&
-        display(entry.path()) == ownDisplay) {
+        loginSession(entry.path()) == ownSession) {
       running.push_back(process);
     }
   }
