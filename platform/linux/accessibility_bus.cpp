@@ -1,0 +1,226 @@
+#include "platform/linux/accessibility_bus.h"
+
+#include <gio/gio.h>
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <string>
+#include <thread>
+
+namespace kivra {
+
+namespace {
+
+constexpr auto statusName = "org.a11y.Bus";
+constexpr auto statusPath = "/org/a11y/bus";
+constexpr auto statusInterface = "org.a11y.Status";
+constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
+constexpr auto registryName = "org.a11y.atspi.Registry";
+constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
+
+constexpr guint32 passwordRole = 40;  // ATSPI_ROLE_PASSWORD_TEXT
+constexpr int callTimeout = 2000;     // ms; only the watching thread waits
+constexpr auto firstAnswer = std::chrono::milliseconds(500);
+constexpr guint retryInterval = 1;  // s
+
+template <class T, void (*release)(T*)>
+struct Release {
+  void operator()(T* object) const { release(object); }
+};
+void unrefObject(GObject* object) { g_object_unref(object); }
+using Variant = std::unique_ptr<GVariant, Release<GVariant, g_variant_unref>>;
+
+}  // namespace
+
+/// Everything but the atomic answers belongs to the thread.
+class AccessibilityBus::Watcher {
+ public:
+  Watcher() : context_(g_main_context_new()), loop_(g_main_loop_new(context_, FALSE)) {
+    thread_ = std::thread([this] { run(); });
+    std::unique_lock lock(mutex_);
+    answered_.wait_for(lock, firstAnswer, [this] { return hasAnswered_; });
+  }
+  ~Watcher() {
+    g_cancellable_cancel(cancellable_);
+    g_main_context_invoke(
+        context_, [](gpointer loop) { return g_main_loop_quit(static_cast<GMainLoop*>(loop)), 0; },
+        loop_);
+    thread_.join();
+    g_main_loop_unref(loop_);
+    g_main_context_unref(context_);
+    g_object_unref(cancellable_);
+  }
+  Watcher(const Watcher&) = delete;
+  Watcher& operator=(const Watcher&) = delete;
+
+  void requestEnabled() {
+    g_main_context_invoke(
+        context_, [](gpointer self) { return static_cast<Watcher*>(self)->switchOn(), 0; }, this);
+  }
+
+  std::atomic<bool> isEnabled = false;
+  std::atomic<bool> isPasswordFocused = false;
+
+ private:
+  void run();
+  void check();
+  bool connect();
+  void connectAccessibilityBus();
+  Variant call(GDBusConnection* bus, const char* name, const char* path, const char* interface,
+               const char* method, GVariant* arguments);
+  void setEnabled(bool enabled);
+  void switchOn();
+  void focusChanged(const char* sender, const char* path, bool focused);
+  void close(GDBusConnection*& bus);
+
+  static void onStatusChange(GDBusConnection*, const char*, const char*, const char*, const char*,
+                             GVariant*, gpointer self) {
+    static_cast<Watcher*>(self)->check();
+  }
+  static void onFocus(GDBusConnection*, const char* sender, const char* path, const char*,
+                      const char*, GVariant* arguments, gpointer self) {
+    gint32 focused = 0;
+    const Variant value(g_variant_get_child_value(arguments, 1));
+    if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_INT32)) {
+      focused = g_variant_get_int32(value.get());
+    }
+    static_cast<Watcher*>(self)->focusChanged(sender, path, focused != 0);
+  }
+
+  GMainContext* context_;
+  GMainLoop* loop_;
+  GCancellable* cancellable_ = g_cancellable_new();
+  GDBusConnection* session_ = nullptr;
+  GDBusConnection* accessibility_ = nullptr;
+  std::string focused_;  // sender and path
+  std::mutex mutex_;
+  std::condition_variable answered_;
+  bool hasAnswered_ = false;
+  std::thread thread_;
+};
+
+void AccessibilityBus::Watcher::run() {
+  g_main_context_push_thread_default(context_);
+  check();
+  // Until accessibility is on, and should the session bus come later than the program.
+  auto* const timer = g_timeout_source_new_seconds(retryInterval);
+  g_source_set_callback(
+      timer,
+      [](gpointer self) -> gboolean {
+        auto& watcher = *static_cast<Watcher*>(self);
+        if (!watcher.isEnabled) watcher.check();
+        return G_SOURCE_CONTINUE;
+      },
+      this, nullptr);
+  g_source_attach(timer, context_);
+  g_main_loop_run(loop_);
+  g_source_destroy(timer);
+  g_source_unref(timer);
+  close(accessibility_);
+  close(session_);
+  g_main_context_pop_thread_default(context_);
+}
+
+void AccessibilityBus::Watcher::close(GDBusConnection*& bus) {
+  if (bus == nullptr) return;
+  g_dbus_connection_close_sync(bus, nullptr, nullptr);
+  unrefObject(G_OBJECT(bus));
+  bus = nullptr;
+}
+
+void AccessibilityBus::Watcher::check() {
+  bool enabled = false;
+  if (connect()) {
+    const auto reply = call(session_, statusName, statusPath, propertiesInterface, "Get",
+                            g_variant_new("(ss)", statusInterface, "IsEnabled"));
+    GVariant* value = nullptr;
+    if (reply) g_variant_get(reply.get(), "(v)", &value);
+    const Variant owned(value);
+    enabled = value != nullptr && g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) &&
+              g_variant_get_boolean(value) != 0;
+    if (enabled && accessibility_ == nullptr) connectAccessibilityBus();
+  }
+  setEnabled(enabled && accessibility_ != nullptr);
+}
+
+void AccessibilityBus::Watcher::setEnabled(bool enabled) {
+  isEnabled = enabled;
+  if (!enabled) isPasswordFocused = false;
+  const std::lock_guard lock(mutex_);
+  hasAnswered_ = true;
+  answered_.notify_all();
+}
+
+bool AccessibilityBus::Watcher::connect() {
+  if (session_ != nullptr && g_dbus_connection_is_closed(session_) != 0) close(session_);
+  if (session_ != nullptr) return true;
+  char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_, nullptr);
+  if (address == nullptr) return false;
+  session_ = g_dbus_connection_new_for_address_sync(
+      address,
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, cancellable_, nullptr);
+  g_free(address);
+  if (session_ == nullptr) return false;
+  g_dbus_connection_signal_subscribe(session_, statusName, propertiesInterface, "PropertiesChanged",
+                                     statusPath, statusInterface, G_DBUS_SIGNAL_FLAGS_NONE,
+                                     onStatusChange, this, nullptr);
+  return true;
+}
+
+void AccessibilityBus::Watcher::connectAccessibilityBus() {
+  const auto reply = call(session_, statusName, statusPath, "org.a11y.Bus", "GetAddress", nullptr);
+  if (!reply) return;
+  const char* address = nullptr;
+  g_variant_get(reply.get(), "(&s)", &address);
+  accessibility_ = g_dbus_connection_new_for_address_sync(
+      address,
+      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
+                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
+      nullptr, cancellable_, nullptr);
+  if (accessibility_ == nullptr) return;
+  g_dbus_connection_signal_subscribe(accessibility_, nullptr, objectEvents, "StateChanged", nullptr,
+                                     "focused", G_DBUS_SIGNAL_FLAGS_NONE, onFocus, this, nullptr);
+  call(accessibility_, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent",
+       g_variant_new("(s)", "object:state-changed:focused"));
+}
+
+Variant AccessibilityBus::Watcher::call(GDBusConnection* bus, const char* name, const char* path,
+                                        const char* interface, const char* method,
+                                        GVariant* arguments) {
+  return Variant(g_dbus_connection_call_sync(bus, name, path, interface, method, arguments, nullptr,
+                                             G_DBUS_CALL_FLAGS_NONE, callTimeout, cancellable_,
+                                             nullptr));
+}
+
+void AccessibilityBus::Watcher::switchOn() {
+  if (!connect()) return;
+  call(session_, statusName, statusPath, propertiesInterface, "Set",
+       g_variant_new("(ssv)", statusInterface, "IsEnabled", g_variant_new_boolean(TRUE)));
+  check();
+}
+
+void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* path, bool focused) {
+  const auto object = std::string(sender) + path;
+  if (!focused) {
+    if (object == focused_) isPasswordFocused = false;
+    return;
+  }
+  focused_ = object;
+  const auto reply =
+      call(accessibility_, sender, path, "org.a11y.atspi.Accessible", "GetRole", nullptr);
+  guint32 role = 0;
+  if (reply) g_variant_get(reply.get(), "(u)", &role);
+  isPasswordFocused = role == passwordRole;
+}
+
+AccessibilityBus::AccessibilityBus() : watcher_(std::make_unique<Watcher>()) {}
+AccessibilityBus::~AccessibilityBus() = default;
+
+bool AccessibilityBus::isEnabled() const { return watcher_->isEnabled; }
+void AccessibilityBus::requestEnabled() { watcher_->requestEnabled(); }
+bool AccessibilityBus::isPasswordFocused() const { return watcher_->isPasswordFocused; }
+
+}  // namespace kivra

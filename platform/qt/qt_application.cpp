@@ -1,0 +1,42 @@
+#include "platform/qt/qt_application.h"
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <QSocketNotifier>
+
+namespace kivra::qt {
+
+namespace {
+
+/// Makes the signals readable instead of deadly, for all threads made later as well.
+int catchSignals() {
+  sigset_t caught;
+  sigemptyset(&caught);
+  sigaddset(&caught, SIGTERM);
+  sigaddset(&caught, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &caught, nullptr);
+  return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+}  // namespace
+
+QtApplication::QtApplication(int& count, char** values)
+    : caughtSignals_(catchSignals()), application_(count, values) {
+  auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
+  QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
+}
+
+QtApplication::~QtApplication() { ::close(caughtSignals_); }
+
+int QtApplication::run() { return QCoreApplication::exec(); }
+
+void QtApplication::exit(int status) {
+  // Before the loop runs Qt ignores a request to end it.
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
+      Qt::QueuedConnection);
+}
+
+}  // namespace kivra::qt

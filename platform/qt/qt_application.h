@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QCoreApplication>
+
+namespace kivra::qt {
+
+/// The process as Qt sees it. One for the whole run, made before everything that uses Qt. SIGTERM
+/// and SIGINT end the loop in good order.
+class QtApplication {
+ public:
+  QtApplication(int& count, char** values);
+  ~QtApplication();
+  QtApplication(const QtApplication&) = delete;
+  QtApplication& operator=(const QtApplication&) = delete;
+
+  /// Runs the event loop; answers the status given to `exit`.
+  int run();
+
+  /// Ends the loop, now or as soon as it runs.
+  static void exit(int status);
+
+ private:
+  int caughtSignals_;
+  QCoreApplication application_;
+};
+
+}  // namespace kivra::qt

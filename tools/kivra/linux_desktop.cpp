@@ -1,0 +1,82 @@
+#include "linux_desktop.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/qt/qt_application.h"
+
+namespace kivra {
+
+namespace {
+
+constexpr const char* accessibilityMissing =
+    "Kivra: служба специальных возможностей (AT-SPI) не отвечает или выключена; включить: "
+    "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
+
+}  // namespace
+
+LinuxDesktop::LinuxDesktop(std::string guardProgram)
+    : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
+      defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
+      x11_({.runLoop = runLoop_,
+            .log = log_,
+            .watchFd =
+                [this](int fd, std::function<void()> onReadable) {
+                  return runLoop_.watch(fd, std::move(onReadable));
+                },
+            .guardProgram = std::move(guardProgram),
+            .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .connectionLost =
+                [this] {
+                  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+                  qt::QtApplication::exit(EXIT_FAILURE);
+                }}) {
+  spellChecker_.load();
+}
+
+Platform LinuxDesktop::platform() {
+  return {.accessibility = absentAccessibility_,
+          .alerts = alerts_,
+          .application = application_,
+          .clock = clock_,
+          .defaults = defaults_,
+          .eventPosting = x11_.eventPosting,
+          .eventTaps = x11_.eventTaps,
+          .httpClient = httpClient_,
+          .inputSources = x11_.inputSources,
+          .keychain = keychain_,
+          .languageModel = languageModel_,
+          .languageRecognizer = languageRecognizer_,
+          .localKeyMonitors = localKeyMonitors_,
+          .locale = locale_,
+          .log = log_,
+          .pasteboard = pasteboard_,
+          .privacy = *this,
+          .runLoop = runLoop_,
+          .spellChecker = spellChecker_,
+          .statusBar = statusBar_,
+          .translation = translation_,
+          .windows = windows_,
+          .workspace = x11_.workspace};
+}
+
+bool LinuxDesktop::isProcessTrusted() {
+  const auto isTrusted = accessibility_.isEnabled();
+  reportMissing(reportedAccessibility_, isTrusted ? "" : accessibilityMissing);
+  return isTrusted;
+}
+
+bool LinuxDesktop::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
+
+AccessType LinuxDesktop::checkAccess() {
+  const auto isGranted = x11_.connect();
+  reportMissing(reportedInput_, isGranted ? "" : "Kivra: клавиатуру не видно: " + x11_.problem());
+  return isGranted ? AccessType::granted : AccessType::denied;
+}
+
+void LinuxDesktop::reportMissing(std::string& reported, const std::string& missing) {
+  if (!missing.empty() && missing != reported) log_.log(missing);
+  reported = missing;
+}
+
+}  // namespace kivra
