@@ -15,9 +15,7 @@ MenuItem item(std::string title, std::function<void()> action, std::string keyEq
           .keyEquivalent = std::move(keyEquivalent)};
 }
 
-MenuItem information(std::string title) {
-  return {.title = std::move(title), .isEnabled = false};
-}
+MenuItem information(std::string title) { return {.title = std::move(title), .isEnabled = false}; }
 
 }  // namespace
 

@@ -191,7 +191,8 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   Header header;
   if (block.size() < sizeof(Header)) return false;
   std::memcpy(&header, block.data(), sizeof(Header));
-  if (header.magic != indexMagic || header.version != formatVersion || header.identity != identity) {
+  if (header.magic != indexMagic || header.version != formatVersion ||
+      header.identity != identity) {
     return false;
   }
   const std::size_t edgeBytes = std::size_t{header.edgeCount} * sizeof(AutomatonEdge);
