@@ -36,7 +36,10 @@ class EmbeddedDesktop {
   EmbeddedDesktop(const EmbeddedDesktop&) = delete;
   EmbeddedDesktop& operator=(const EmbeddedDesktop&) = delete;
 
-  Platform platform() {
+  Platform platform() { return platform(windows, localKeyMonitors); }
+
+  /// With windows and their keys in other hands: those of a desktop that can be seen.
+  Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors) {
     return {.accessibility = accessibility,
             .alerts = alerts,
             .application = session,
@@ -49,7 +52,7 @@ class EmbeddedDesktop {
             .keychain = keychain,
             .languageModel = languageModel,
             .languageRecognizer = languageRecognizer,
-            .localKeyMonitors = localKeyMonitors,
+            .localKeyMonitors = otherMonitors,
             .locale = locale,
             .log = session,
             .pasteboard = pasteboard,
@@ -58,7 +61,7 @@ class EmbeddedDesktop {
             .spellChecker = spellChecker,
             .statusBar = statusBar,
             .translation = translation,
-            .windows = windows,
+            .windows = otherWindows,
             .workspace = session};
   }
 
