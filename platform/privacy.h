@@ -26,6 +26,10 @@ class Privacy {
 
   /// Where the user changes the permissions: the name of a page goes behind it.
   virtual std::string privacyPaneAddress() = 0;
+
+  /// What the user can do for the missing permission where asking is not enough; mostly empty.
+  virtual std::string accessibilityRemedy() { return {}; }
+  virtual std::string inputMonitoringRemedy() { return {}; }
 };
 
 }  // namespace kivra

@@ -1,5 +1,7 @@
 #include "ui/onboarding_view.h"
 
+#include <functional>
+#include <string>
 #include <utility>
 
 #include "support/view_builders.h"
@@ -15,6 +17,7 @@ struct PermissionRow {
   const char* title;
   const char* description;
   bool isGranted;
+  std::string remedy;
   std::function<void()> request;
   std::function<void()> openSettings;
 };
@@ -31,10 +34,12 @@ View header() {
 View permissionRow(const PermissionRow& row) {
   auto state = row.isGranted ? views::symbol("checkmark.circle.fill", {title3, green})
                              : views::symbol("circle.dashed", {title3, secondary});
+  state.accessibilityName = row.isGranted ? "Выдано" : "Не выдано";
   auto column =
       views::vStack(6, {views::text(row.title, {headline}), views::note(row.description)});
   column.alignment = ViewAlignment::leading;
   if (!row.isGranted) {
+    if (!row.remedy.empty()) column.children.push_back(views::note(row.remedy));
     column.children.push_back(
         views::hStack(8, {views::button("Запросить", row.request),
                           views::button("System Settings…", row.openSettings)}));
@@ -65,12 +70,14 @@ View OnboardingView::body() {
            {.title = "Accessibility",
             .description = "Чтение и замена текста в активном поле ввода.",
             .isGranted = permissions_->accessibilityGranted(),
+            .remedy = permissions_->accessibilityRemedy(),
             .request = weakly(permissions_, [](Permissions& p) { p.requestAccessibility(); }),
             .openSettings = openPane(privacy_panes::accessibility)}),
        permissionRow(
            {.title = "Input Monitoring",
             .description = "Перехват клавиатуры для авто-раскладки и хоткеев.",
             .isGranted = permissions_->inputMonitoringGranted(),
+            .remedy = permissions_->inputMonitoringRemedy(),
             .request = weakly(permissions_, [](Permissions& p) { p.requestInputMonitoring(); }),
             .openSettings = openPane(privacy_panes::inputMonitoring)}),
        views::note("После выдачи разрешений всё включится автоматически — окно можно закрыть.")});

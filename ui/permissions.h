@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "platform/privacy.h"
@@ -38,6 +39,10 @@ class Permissions : public Observable, public std::enable_shared_from_this<Permi
   void requestInputMonitoring();
 
   void openPrivacyPane(std::string_view anchor);
+
+  /// What this desktop says that the user can do for a missing permission; may be empty.
+  std::string accessibilityRemedy() { return privacy_.accessibilityRemedy(); }
+  std::string inputMonitoringRemedy() { return privacy_.inputMonitoringRemedy(); }
 
  private:
   void poll();

@@ -36,10 +36,12 @@ class EmbeddedDesktop {
   EmbeddedDesktop(const EmbeddedDesktop&) = delete;
   EmbeddedDesktop& operator=(const EmbeddedDesktop&) = delete;
 
-  Platform platform() { return platform(windows, localKeyMonitors); }
+  Platform platform() { return platform(windows, localKeyMonitors, statusBar); }
 
-  /// With windows and their keys in other hands: those of a desktop that can be seen.
-  Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors) {
+  /// With windows, their keys and the status bar in other hands: those of a desktop that can be
+  /// seen.
+  Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors,
+                    StatusBar& otherStatusBar) {
     return {.accessibility = accessibility,
             .alerts = alerts,
             .application = session,
@@ -59,7 +61,7 @@ class EmbeddedDesktop {
             .privacy = session,
             .runLoop = time,
             .spellChecker = spellChecker,
-            .statusBar = statusBar,
+            .statusBar = otherStatusBar,
             .translation = translation,
             .windows = otherWindows,
             .workspace = session};

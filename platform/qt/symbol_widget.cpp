@@ -10,6 +10,7 @@ namespace kivra::qt {
 
 void SymbolWidget::setView(const View& view) {
   view_ = view;
+  setAccessibleName(QString::fromStdString(view.accessibilityName));
   setFixedSize(sizeHint());
   update();
 }

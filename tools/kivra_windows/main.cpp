@@ -1,5 +1,5 @@
-// Shows the windows of Kivra on the screen, with the embedded desktop behind them: nothing that is
-// changed here reaches the user's settings, and no key is intercepted.
+// Shows the status item and the windows of Kivra on the screen, with the embedded desktop behind
+// them: nothing that is changed here reaches the user's settings, and no key is intercepted.
 
 #include <QApplication>
 #include <QPalette>
@@ -17,6 +17,7 @@
 #include "app/kivra_app.h"
 #include "platform/embedded/embedded_desktop.h"
 #include "platform/qt/qt_local_key_monitors.h"
+#include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
 
 namespace {
@@ -30,6 +31,12 @@ QPalette darkPalette() {
   dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x20));
   dark.setColor(QPalette::Highlight, QColor(0x3D, 0x8B, 0xFD));
   return dark;
+}
+
+/// What the program does to the embedded desktop: logs, prompts, addresses opened, its end.
+void printEffect(const kivra::embedded::Json& effect) {
+  std::cout << effect.dump() << std::endl;
+  if (effect.contains("terminate")) QApplication::exit();
 }
 
 /// The program on its two desktops.
@@ -75,11 +82,11 @@ class Gallery {
     shown->screen()->grabWindow(0, frame.x(), frame.y(), frame.width(), frame.height()).save(file);
   }
 
-  kivra::embedded::EmbeddedDesktop desktop_{kivra::embedded::Effects::Sink(),
-                                            [] { return nullptr; }};
+  kivra::embedded::EmbeddedDesktop desktop_{printEffect, [] { return nullptr; }};
   kivra::qt::QtWindows windows_;
   kivra::qt::QtLocalKeyMonitors monitors_;
-  kivra::KivraApp app_{desktop_.platform(windows_, monitors_)};
+  kivra::qt::QtStatusBar statusBar_{desktop_.session};
+  kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_)};
   QTimer clock_;
 };
 

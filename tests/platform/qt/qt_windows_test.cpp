@@ -27,7 +27,7 @@ namespace {
 class QtWindowsTest : public testing::Test {
  protected:
   void launch() {
-    app_.emplace(desktop_.platform(windows_, monitors_));
+    app_.emplace(desktop_.platform(windows_, monitors_, desktop_.statusBar));
     app_->delegate->applicationDidFinishLaunching();
     turn();
   }
