@@ -333,10 +333,3 @@ TEST_F(QtWindowsTest, EveryControlIsReachedByKeyboardAndHasAName) {
 
 }  // namespace
 }  // namespace kivra::qt
-
-int main(int count, char** values) {
-  qputenv("QT_QPA_PLATFORM", "offscreen");
-  testing::InitGoogleTest(&count, values);
-  QApplication application(count, values);
-  return RUN_ALL_TESTS();
-}
