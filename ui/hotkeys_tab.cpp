@@ -30,6 +30,7 @@ std::optional<std::size_t> indexOf(const ModifierCombo& combo) {
 View comboPicker(const char* title, const std::shared_ptr<SettingsStore>& settings,
                  ComboProperty property) {
   std::vector<std::string> titles;
+  titles.reserve(comboOptions().size());
   for (const auto& option : comboOptions()) titles.push_back(option.displayText());
   const auto choose =
       weakly(settings, [property](SettingsStore& store, const std::optional<std::size_t>& index) {

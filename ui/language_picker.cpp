@@ -38,6 +38,7 @@ std::optional<std::size_t> indexOf(const std::string& code) {
 
 View LanguagePicker::body() const {
   std::vector<std::string> names;
+  names.reserve(languages.size());
   for (const auto& language : languages) names.emplace_back(language.name);
   const auto choose = [assign = selection.assign](const std::optional<std::size_t>& index) {
     if (index) assign(languages.at(*index).code);

@@ -53,6 +53,7 @@ View TranslationTab::body() {
 
 View TranslationTab::engineSection() {
   std::vector<std::string> titles;
+  titles.reserve(allEngineKinds.size());
   for (const auto kind : allEngineKinds) titles.emplace_back(title(kind));
   const auto selected = settings_->translationEngine();
   const auto choose =

@@ -13,7 +13,6 @@ WindowSize ownSize(const View& view) {
   switch (view.kind) {
     case ViewKind::empty:
     case ViewKind::spacer:
-      return {};
     case ViewKind::vStack:
     case ViewKind::hStack:
     case ViewKind::form:

@@ -50,7 +50,7 @@ class QtWindow : public Window {
     layout_ = new QVBoxLayout(&widget_);
     layout_->setContentsMargins(0, 0, 0, 0);
     if (attributes.contentSize) {
-      setContentSize(*attributes.contentSize);
+      widget_.setFixedSize(attributes.contentSize->width, attributes.contentSize->height);
     } else {
       layout_->setSizeConstraint(QLayout::SetFixedSize);
     }

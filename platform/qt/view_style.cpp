@@ -1,6 +1,7 @@
 #include "platform/qt/view_style.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kivra::qt {
 
@@ -13,7 +14,7 @@ bool isDark(const QPalette& palette) {
 
 QColor mixed(const QColor& a, const QColor& b, double shareOfB) {
   const auto mix = [&](int x, int y) {
-    return static_cast<int>(x * (1 - shareOfB) + y * shareOfB + 0.5);
+    return static_cast<int>(std::lround(x * (1 - shareOfB) + y * shareOfB));
   };
   return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }

@@ -30,6 +30,9 @@ QPalette darkPalette() {
   QPalette dark(QColor(0x2B, 0x2B, 0x2E));
   dark.setColor(QPalette::Base, QColor(0x1E, 0x1E, 0x20));
   dark.setColor(QPalette::Highlight, QColor(0x3D, 0x8B, 0xFD));
+  for (const auto role : {QPalette::ButtonText, QPalette::Text, QPalette::WindowText}) {
+    dark.setColor(QPalette::Disabled, role, QColor(0x80, 0x80, 0x84));
+  }
   return dark;
 }
 

@@ -207,6 +207,7 @@ TEST_F(QtWindowsTest, EntriesAreAddedAndRemoved) {
 TEST_F(QtWindowsTest, ALongDictionaryOpensAndScrollsAtOnce) {
   launch();
   std::vector<ReplacementStore::Entry> entries;
+  entries.reserve(20'000);
   for (int i = 0; i < 20'000; ++i) {
     entries.push_back(
         {Uuid::random(), "слово " + std::to_string(i), "\u202Eשלום\t\u0007👍🏽"});
