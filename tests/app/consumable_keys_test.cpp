@@ -27,23 +27,36 @@ class ConsumableKeys : public testing::Test {
   Platform platform() {
     auto& noted = taps_;
     const auto whole = desktop_.platform();
-    return {.application = whole.application,
+    return {.accessibility = whole.accessibility,
+            .alerts = whole.alerts,
+            .application = whole.application,
             .clock = whole.clock,
             .defaults = whole.defaults,
             .eventPosting = whole.eventPosting,
             .eventTaps = noted,
+            .httpClient = whole.httpClient,
             .inputSources = whole.inputSources,
+            .keychain = whole.keychain,
+            .languageModel = whole.languageModel,
+            .languageRecognizer = whole.languageRecognizer,
+            .localKeyMonitors = whole.localKeyMonitors,
+            .locale = whole.locale,
             .log = whole.log,
+            .pasteboard = whole.pasteboard,
             .privacy = whole.privacy,
             .runLoop = whole.runLoop,
             .spellChecker = whole.spellChecker,
+            .statusBar = whole.statusBar,
+            .translation = whole.translation,
+            .windows = whole.windows,
             .workspace = whole.workspace};
   }
 
   static constexpr std::uint64_t controlOption = event_flags::control | event_flags::option;
 
   embedded::EmbeddedDesktop desktop_{nullptr, nullptr};
-  NotedTaps taps_{desktop_.effects, desktop_.application, desktop_.session};
+  NotedTaps taps_{desktop_.effects, desktop_.application, desktop_.session,
+                  desktop_.localKeyMonitors};
   KivraApp app_{platform()};
 };
 
