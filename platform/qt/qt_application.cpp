@@ -20,17 +20,25 @@ int catchSignals() {
   return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
+/// Where there is no display, windows are drawn for nobody: the program has to run there too, to
+/// say what is missing.
+int& withoutDisplay(int& count) {
+  if (!qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  return count;
+}
+
 }  // namespace
 
 QtApplication::QtApplication(int& count, char** values)
-    : caughtSignals_(catchSignals()), application_(count, values) {
+    : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+  QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
 }
 
 QtApplication::~QtApplication() { ::close(caughtSignals_); }
 
-int QtApplication::run() { return QCoreApplication::exec(); }
+int QtApplication::run() { return QApplication::exec(); }
 
 void QtApplication::exit(int status) {
   // Before the loop runs Qt ignores a request to end it.

@@ -1,11 +1,11 @@
 #pragma once
 
-#include <QCoreApplication>
+#include <QApplication>
 
 namespace kivra::qt {
 
-/// The process as Qt sees it. One for the whole run, made before everything that uses Qt. SIGTERM
-/// and SIGINT end the loop in good order.
+/// The process as Qt sees it; without a display its windows stay unseen. One for the whole run,
+/// made before everything that uses Qt. SIGTERM and SIGINT end the loop in good order.
 class QtApplication {
  public:
   QtApplication(int& count, char** values);
@@ -21,7 +21,7 @@ class QtApplication {
 
  private:
   int caughtSignals_;
-  QCoreApplication application_;
+  QApplication application_;
 };
 
 }  // namespace kivra::qt

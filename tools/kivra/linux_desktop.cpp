@@ -10,7 +10,7 @@ namespace kivra {
 namespace {
 
 constexpr const char* accessibilityMissing =
-    "Kivra: служба специальных возможностей (AT-SPI) не отвечает или выключена; включить: "
+    "Служба специальных возможностей (AT-SPI) не отвечает или выключена. Включить: "
     "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
 
 }  // namespace
@@ -62,11 +62,14 @@ Platform LinuxDesktop::platform() {
 
 bool LinuxDesktop::isProcessTrusted() {
   const auto isTrusted = accessibility_.isEnabled();
-  reportMissing(reportedAccessibility_, isTrusted ? "" : accessibilityMissing);
+  reportMissing(reportedAccessibility_,
+                isTrusted ? "" : std::string("Kivra: ") + accessibilityMissing);
   return isTrusted;
 }
 
 bool LinuxDesktop::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
+
+std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
 
 AccessType LinuxDesktop::checkAccess() {
   const auto isGranted = x11_.connect();
