@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <QSocketNotifier>
+#include <cstdlib>
+#include <utility>
 
 namespace kivra::qt {
 
@@ -27,6 +29,18 @@ int& withoutDisplay(int& count) {
   return count;
 }
 
+bool isLooping = false;
+
+std::function<void()>& displayLostHandler() {
+  static std::function<void()> handler;
+  return handler;
+}
+
+/// Qt leaves no other way to learn of a lost display: it ends the process from inside the loop.
+void tellOfLostDisplay() {
+  if (isLooping && displayLostHandler()) displayLostHandler()();
+}
+
 }  // namespace
 
 QtApplication::QtApplication(int& count, char** values)
@@ -38,7 +52,17 @@ QtApplication::QtApplication(int& count, char** values)
 
 QtApplication::~QtApplication() { ::close(caughtSignals_); }
 
-int QtApplication::run() { return QApplication::exec(); }
+void QtApplication::setDisplayLostHandler(std::function<void()> handler) {
+  displayLostHandler() = std::move(handler);
+}
+
+int QtApplication::run() {
+  std::atexit(tellOfLostDisplay);
+  isLooping = true;
+  const auto status = QApplication::exec();
+  isLooping = false;
+  return status;
+}
 
 void QtApplication::exit(int status) {
   // Before the loop runs Qt ignores a request to end it.

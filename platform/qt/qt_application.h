@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QApplication>
+#include <functional>
 
 namespace kivra::qt {
 
@@ -12,6 +13,9 @@ class QtApplication {
   ~QtApplication();
   QtApplication(const QtApplication&) = delete;
   QtApplication& operator=(const QtApplication&) = delete;
+
+  /// Called when the display is lost while the loop runs; the process ends with status 1 then.
+  static void setDisplayLostHandler(std::function<void()> handler);
 
   /// Runs the event loop; answers the status given to `exit`.
   int run();

@@ -28,10 +28,17 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram)
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
             .connectionLost =
                 [this] {
-                  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+                  reportLostServer();
                   qt::QtApplication::exit(EXIT_FAILURE);
                 }}) {
   spellChecker_.load();
+  qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
+}
+
+// The program and its windows have a connection each, and either may notice first.
+void LinuxDesktop::reportLostServer() {
+  if (std::exchange(isLostServerReported_, true)) return;
+  log_.log("Kivra: связь с X-сервером потеряна, выходим");
 }
 
 Platform LinuxDesktop::platform() {

@@ -42,6 +42,7 @@ class LinuxDesktop : public Privacy {
 
  private:
   void reportMissing(std::string& reported, const std::string& missing);
+  void reportLostServer();
 
   StandardErrorLog log_;
   SystemClock clock_;
@@ -65,6 +66,7 @@ class LinuxDesktop : public Privacy {
   qt::QtWindows windows_;
   std::string reportedAccessibility_;
   std::string reportedInput_;
+  bool isLostServerReported_ = false;
 };
 
 }  // namespace kivra
