@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -9,16 +8,12 @@
 #include <vector>
 
 #include "platform/accessibility.h"
-#include "platform/alerts.h"
 #include "platform/http_client.h"
 #include "platform/keychain.h"
 #include "platform/language_model.h"
-#include "platform/local_key_monitors.h"
 #include "platform/locale.h"
 #include "platform/pasteboard.h"
-#include "platform/status_bar.h"
 #include "platform/translation.h"
-#include "platform/windows.h"
 
 /// The services that the desktop program does not have yet. Each gives the answer that its
 /// interface has for what cannot be had, so that the rest of the program works without it.
@@ -31,16 +26,6 @@ class AbsentAccessibility : public Accessibility {
                                         std::string_view /*attribute*/) override {
     return std::monostate();
   }
-};
-
-class AbsentAlerts : public Alerts {
- public:
-  /// As if the last button had been pressed.
-  int runModal(const Alert& alert) override {
-    const auto buttons = static_cast<int>(alert.buttons.size());
-    return alertFirstButtonReturn + std::max(buttons - 1, 0);
-  }
-  void beep() override {}
 };
 
 class AbsentHttpClient : public HttpClient {
@@ -74,15 +59,6 @@ class AbsentLanguageModel : public LanguageModel {
   }
 };
 
-class AbsentLocalKeyMonitors : public LocalKeyMonitors {
- public:
-  std::shared_ptr<LocalKeyMonitor> addLocalMonitor(
-      std::uint64_t /*mask*/, std::function<EventVerdict(const Event&)> /*handler*/) override {
-    return nullptr;
-  }
-  void removeMonitor(const std::shared_ptr<LocalKeyMonitor>& /*monitor*/) override {}
-};
-
 class AbsentLocale : public Locale {
  public:
   std::vector<std::string> preferredLanguages() override { return {}; }
@@ -99,21 +75,6 @@ class AbsentPasteboard : public Pasteboard {
   void clearContents() override {}
   void writeObjects(const std::vector<PasteboardItem>& /*items*/) override {}
   void setString(std::string_view /*text*/, std::string_view /*type*/) override {}
-};
-
-class AbsentStatusBar : public StatusBar {
- public:
-  std::unique_ptr<StatusItem> statusItem(double /*length*/) override {
-    return std::make_unique<Item>();
-  }
-
- private:
-  class Item : public StatusItem {
-    void setButtonImage(const std::string& /*symbol*/,
-                        const std::string& /*accessibilityDescription*/) override {}
-    void setAppearsDisabled(bool /*disabled*/) override {}
-    void setMenu(std::function<std::vector<MenuItem>()> /*menuNeedsUpdate*/) override {}
-  };
 };
 
 class AbsentTranslation : public Translation {
@@ -134,26 +95,6 @@ class AbsentTranslation : public Translation {
     void translate(std::string /*text*/, Completion<std::string> completion) override {
       completion(PlatformError("no translator"));
     }
-  };
-};
-
-class AbsentWindows : public Windows {
- public:
-  std::unique_ptr<Window> windowCreate(const WindowAttributes& /*attributes*/) override {
-    return std::make_unique<Unseen>();
-  }
-
- private:
-  class Unseen : public Window {
-    void setContent(View /*content*/) override {}
-    void setContentSize(WindowSize /*size*/) override {}
-    void center() override {}
-    void setAlphaValue(double /*alpha*/) override {}
-    void setLevel(int /*level*/) override {}
-    void makeKeyAndOrderFront() override {}
-    void orderBack() override {}
-    void close() override {}
-    void setCloseHandler(std::function<void()> /*handler*/) override {}
   };
 };
 

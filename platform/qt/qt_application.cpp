@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <QSocketNotifier>
+#include <cstdlib>
+#include <utility>
 
 namespace kivra::qt {
 
@@ -20,17 +22,47 @@ int catchSignals() {
   return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
+/// Where there is no display, windows are drawn for nobody: the program has to run there too, to
+/// say what is missing.
+int& withoutDisplay(int& count) {
+  if (!qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  return count;
+}
+
+bool isLooping = false;
+
+std::function<void()>& displayLostHandler() {
+  static std::function<void()> handler;
+  return handler;
+}
+
+/// Qt leaves no other way to learn of a lost display: it ends the process from inside the loop.
+void tellOfLostDisplay() {
+  if (isLooping && displayLostHandler()) displayLostHandler()();
+}
+
 }  // namespace
 
 QtApplication::QtApplication(int& count, char** values)
-    : caughtSignals_(catchSignals()), application_(count, values) {
+    : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+  QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
 }
 
 QtApplication::~QtApplication() { ::close(caughtSignals_); }
 
-int QtApplication::run() { return QCoreApplication::exec(); }
+void QtApplication::setDisplayLostHandler(std::function<void()> handler) {
+  displayLostHandler() = std::move(handler);
+}
+
+int QtApplication::run() {
+  std::atexit(tellOfLostDisplay);
+  isLooping = true;
+  const auto status = QApplication::exec();
+  isLooping = false;
+  return status;
+}
 
 void QtApplication::exit(int status) {
   // Before the loop runs Qt ignores a request to end it.

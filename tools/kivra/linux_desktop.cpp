@@ -10,7 +10,7 @@ namespace kivra {
 namespace {
 
 constexpr const char* accessibilityMissing =
-    "Kivra: служба специальных возможностей (AT-SPI) не отвечает или выключена; включить: "
+    "Служба специальных возможностей (AT-SPI) не отвечает или выключена. Включить: "
     "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
 
 }  // namespace
@@ -28,10 +28,17 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram)
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
             .connectionLost =
                 [this] {
-                  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+                  reportLostServer();
                   qt::QtApplication::exit(EXIT_FAILURE);
                 }}) {
   spellChecker_.load();
+  qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
+}
+
+// The program and its windows have a connection each, and either may notice first.
+void LinuxDesktop::reportLostServer() {
+  if (std::exchange(isLostServerReported_, true)) return;
+  log_.log("Kivra: связь с X-сервером потеряна, выходим");
 }
 
 Platform LinuxDesktop::platform() {
@@ -62,11 +69,14 @@ Platform LinuxDesktop::platform() {
 
 bool LinuxDesktop::isProcessTrusted() {
   const auto isTrusted = accessibility_.isEnabled();
-  reportMissing(reportedAccessibility_, isTrusted ? "" : accessibilityMissing);
+  reportMissing(reportedAccessibility_,
+                isTrusted ? "" : std::string("Kivra: ") + accessibilityMissing);
   return isTrusted;
 }
 
 bool LinuxDesktop::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
+
+std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
 
 AccessType LinuxDesktop::checkAccess() {
   const auto isGranted = x11_.connect();

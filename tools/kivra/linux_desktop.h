@@ -12,7 +12,11 @@
 #include "platform/linux/system_clock.h"
 #include "platform/platform.h"
 #include "platform/privacy.h"
+#include "platform/qt/qt_alerts.h"
+#include "platform/qt/qt_local_key_monitors.h"
 #include "platform/qt/qt_run_loop.h"
+#include "platform/qt/qt_status_bar.h"
+#include "platform/qt/qt_windows.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace kivra {
@@ -33,9 +37,12 @@ class LinuxDesktop : public Privacy {
   AccessType checkAccess() override;
   bool requestAccess() override { return checkAccess() == AccessType::granted; }
   std::string privacyPaneAddress() override { return {}; }
+  std::string accessibilityRemedy() override;
+  std::string inputMonitoringRemedy() override { return x11_.problem(); }
 
  private:
   void reportMissing(std::string& reported, const std::string& missing);
+  void reportLostServer();
 
   StandardErrorLog log_;
   SystemClock clock_;
@@ -47,18 +54,19 @@ class LinuxDesktop : public Privacy {
   x11::X11Desktop x11_;
   Cld2LanguageRecognizer languageRecognizer_;
   absent::AbsentAccessibility absentAccessibility_;
-  absent::AbsentAlerts alerts_;
+  qt::QtAlerts alerts_;
   absent::AbsentHttpClient httpClient_;
   absent::AbsentKeychain keychain_;
   absent::AbsentLanguageModel languageModel_;
-  absent::AbsentLocalKeyMonitors localKeyMonitors_;
+  qt::QtLocalKeyMonitors localKeyMonitors_;
   absent::AbsentLocale locale_;
   absent::AbsentPasteboard pasteboard_;
-  absent::AbsentStatusBar statusBar_;
+  qt::QtStatusBar statusBar_{log_};
   absent::AbsentTranslation translation_;
-  absent::AbsentWindows windows_;
+  qt::QtWindows windows_;
   std::string reportedAccessibility_;
   std::string reportedInput_;
+  bool isLostServerReported_ = false;
 };
 
 }  // namespace kivra
