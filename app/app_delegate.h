@@ -2,28 +2,33 @@
 
 #include <memory>
 
-#include "app/core_controller.h"
 #include "app/services.h"
+#include "ui/hosting_window.h"
+#include "ui/status_item_controller.h"
 
 namespace kivra {
 
-/// Starts the program: one instance only, then the interception core, at once or as soon as both
-/// permissions are granted.
+/// Starts the program: one instance only, the status item, then the interception core, at once or
+/// as soon as both permissions are granted. Owns the two windows of the program.
 class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
  public:
   explicit AppDelegate(Services& services) : services_(services) {}
 
   void applicationDidFinishLaunching();
 
-  /// Null before the core was first started.
-  const CoreController* coreController() const { return controller_.get(); }
-
  private:
   bool isAnotherInstanceRunning();
+  void createStatusItem();
+  void permissionsWereGranted();
   void startCore();
+  void showPermissionsWindow();
+  void showSettingsWindow();
+  void show(HostingWindow& window);
 
   Services& services_;
-  std::shared_ptr<CoreController> controller_;
+  std::shared_ptr<StatusItemController> statusItemController_;
+  std::shared_ptr<HostingWindow> onboardingWindow_;
+  std::shared_ptr<HostingWindow> settingsWindow_;
 };
 
 }  // namespace kivra

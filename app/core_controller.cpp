@@ -1,5 +1,7 @@
 #include "app/core_controller.h"
 
+#include "platform/run_loop.h"
+
 namespace kivra {
 
 CoreController::CoreController(Services& services)
@@ -10,11 +12,20 @@ CoreController::CoreController(Services& services)
 std::shared_ptr<CoreController> CoreController::create(Services& services) {
   std::shared_ptr<CoreController> controller(new CoreController(services));
   controller->router_.setDelegate(controller);
+  // Observers are told before the change, so the new value is asked for a turn later.
+  controller->settingsChange_ = controller->settings_.observe([weak = std::weak_ptr(controller)] {
+    const auto changing = weak.lock();
+    if (!changing) return;
+    changing->services_.platform.runLoop.asyncAfter(std::chrono::microseconds(0), [weak] {
+      if (const auto changed = weak.lock()) changed->announceConsumableKeys();
+    });
+  });
   return controller;
 }
 
 void CoreController::start() {
   if (eventTap_) return;
+  announceConsumableKeys();
   eventTap_ =
       std::make_unique<EventTap>(services_.platform.eventTaps, services_.platform.log,
                                  [weak = weak_from_this()](const Event& event, EventType type) {
@@ -27,6 +38,11 @@ void CoreController::start() {
 void CoreController::restart() {
   eventTap_.reset();
   start();
+}
+
+void CoreController::announceConsumableKeys() {
+  services_.platform.eventTaps.setConsumableKeys(settings_.isEnabled() ? router_.consumableKeys()
+                                                                       : std::vector<KeyChord>{});
 }
 
 bool CoreController::handle(const Event& event, EventType type) {

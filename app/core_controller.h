@@ -35,11 +35,13 @@ class CoreController : public HotkeyRouterDelegate,
   explicit CoreController(Services& services);
 
   bool handle(const Event& event, EventType type);
+  void announceConsumableKeys();
 
   Services& services_;
   SettingsStore& settings_;
   HotkeyRouter router_;
   std::unique_ptr<EventTap> eventTap_;
+  Observable::Subscription settingsChange_;
 };
 
 }  // namespace kivra

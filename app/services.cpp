@@ -1,5 +1,6 @@
 #include "app/services.h"
 
+#include "app/core_controller.h"
 #include "platform/application.h"
 #include "platform/clock.h"
 
@@ -9,8 +10,10 @@ Services::Services(const Platform& desktop)
     : platform(desktop),
       defaults_(desktop.defaults),
       settings([this] { return std::make_shared<SettingsStore>(defaults_); }),
-      permissions(
-          [this] { return std::make_shared<Permissions>(platform.privacy, platform.runLoop); }),
+      permissions([this] {
+        return std::make_shared<Permissions>(platform.privacy, platform.workspace,
+                                             platform.runLoop);
+      }),
       exceptions([this] { return std::make_shared<ExceptionStore>(defaults_); }),
       replacements([this] { return std::make_shared<ReplacementStore>(defaults_); }),
       keycodeMap([this] { return std::make_shared<KeycodeMap>(platform.inputSources); }),
@@ -24,6 +27,9 @@ Services::Services(const Platform& desktop)
             LayoutSwitcher::Environment{keycodeMap(), wordValidator(), settings(), replacements(),
                                         exceptions(), undoStack, keyOutput(), platform.workspace});
       }),
-      text(*this) {}
+      text(*this),
+      coreController([this] { return CoreController::create(*this); }) {}
+
+Services::~Services() = default;
 
 }  // namespace kivra

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "app/text_services.h"
 #include "layout/exception_store.h"
 #include "layout/key_output.h"
@@ -16,15 +18,21 @@
 
 namespace kivra {
 
+class CoreController;
+
 /// The shared instances of one run of the program on one desktop. Each is made at its first use and
 /// kept until the run ends; making one wires in the others that it uses.
 class Services {
  public:
   explicit Services(const Platform& platform);
+  ~Services();
   Services(const Services&) = delete;
   Services& operator=(const Services&) = delete;
 
   const Platform platform;
+
+  /// Opens the settings window; does nothing before the program has put up its status item.
+  std::function<void()> showSettingsWindow = [] {};
 
  private:
   UserDefaults defaults_;
@@ -40,6 +48,7 @@ class Services {
   Lazy<KeyOutput> keyOutput;
   Lazy<LayoutSwitcher> layoutSwitcher;
   TextServices text;
+  Lazy<CoreController> coreController;
 };
 
 }  // namespace kivra

@@ -43,8 +43,10 @@ TextServices::TextServices(Services& services)
             foundationModel(), deepL()});
       }),
       correctAction([&services] {
-        return std::make_shared<CorrectAction>(actionEnvironment(services), services.exceptions(),
-                                               services.platform.application);
+        auto action = std::make_shared<CorrectAction>(
+            actionEnvironment(services), services.exceptions(), services.platform.application);
+        action->setSettingsOpener([&services] { services.showSettingsWindow(); });
+        return action;
       }),
       translateAction([&services] {
         return std::make_shared<TranslateAction>(actionEnvironment(services),

@@ -149,4 +149,25 @@ bool HotkeyRouter::reachWordBoundary(std::optional<std::uint16_t> keyCode) {
   return delegate && delegate->routerDidReachWordBoundary(keyCode);
 }
 
+std::vector<KeyChord> HotkeyRouter::consumableKeys() const {
+  std::vector<KeyChord> keys;
+  for (const auto boundary :
+       {key_codes::returnKey, key_codes::tab, key_codes::space, key_codes::keypadEnter}) {
+    keys.push_back({boundary, 0});
+    keys.push_back({boundary, event_flags::shift});
+  }
+  for (const auto& hotkey : {settings_.manualSwitchHotkey(), settings_.translateHotkey1(),
+                             settings_.translateHotkey2(), settings_.correctHotkey()}) {
+    keys.push_back({hotkey.keyCode, hotkey.modifiers & hotkeyModifiers});
+  }
+  if (settings_.pauseAsManualSwitch()) {
+    // Every subset of the hotkey modifiers.
+    for (std::uint64_t flags = hotkeyModifiers;; flags = (flags - 1) & hotkeyModifiers) {
+      keys.push_back({key_codes::pause, flags});
+      if (flags == 0) break;
+    }
+  }
+  return keys;
+}
+
 }  // namespace kivra

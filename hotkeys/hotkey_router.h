@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <vector>
 
 #include "hotkeys/hotkey_action.h"
 #include "platform/clock.h"
+#include "platform/event_tap.h"
 #include "platform/events.h"
 #include "settings/settings_store.h"
 
@@ -39,6 +41,9 @@ class HotkeyRouter {
 
   /// True: the event is consumed. Modifier changes and mouse buttons never are.
   bool handle(const Event& event, EventType type);
+
+  /// The key-downs that `handle` may consume with the settings as they are.
+  std::vector<KeyChord> consumableKeys() const;
 
  private:
   using Time = std::chrono::microseconds;

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <vector>
 
 #include "platform/events.h"
 
@@ -23,6 +24,14 @@ class RunLoopSource {
 /// What a tap's callback decides of an event.
 enum class EventVerdict { pass, drop };
 
+/// A key pressed with exactly these of the modifiers Shift, Control, Option and Command.
+struct KeyChord {
+  std::uint16_t keyCode = 0;
+  std::uint64_t flags = 0;
+
+  bool operator==(const KeyChord&) const = default;
+};
+
 using EventTapCallback = std::function<EventVerdict(EventType, const Event&)>;
 
 /// Active taps at the head of the login session's event stream. Callbacks come on the main thread,
@@ -39,6 +48,10 @@ class EventTaps {
   virtual void runLoopAddSource(RunLoopSource& source) = 0;
   virtual void runLoopRemoveSource(RunLoopSource& source) = 0;
   virtual void eventTapEnable(EventTapPort& port, bool enable) = 0;
+
+  /// The only key-downs that callbacks may drop from now on. A desktop that holds keys back for its
+  /// taps holds back no others; one that can drop any event has no use for the list.
+  virtual void setConsumableKeys(const std::vector<KeyChord>& /*keys*/) {}
 };
 
 }  // namespace kivra

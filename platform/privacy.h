@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace kivra {
 
 /// Answers of `checkAccess`, with the platform's values.
@@ -13,8 +15,21 @@ class Privacy {
   /// Whether text and windows of other applications may be read and written; asks nobody.
   virtual bool isProcessTrusted() = 0;
 
+  /// The same; with `prompt` the system asks the user for it when it is missing.
+  virtual bool isProcessTrustedWithOptions(bool prompt) = 0;
+
   /// Whether the input of other applications may be listened to; asks nobody.
   virtual AccessType checkAccess() = 0;
+
+  /// Asks the user to let the program listen; answers what is so far.
+  virtual bool requestAccess() = 0;
+
+  /// Where the user changes the permissions: the name of a page goes behind it.
+  virtual std::string privacyPaneAddress() = 0;
+
+  /// What the user can do for the missing permission where asking is not enough; mostly empty.
+  virtual std::string accessibilityRemedy() { return {}; }
+  virtual std::string inputMonitoringRemedy() { return {}; }
 };
 
 }  // namespace kivra

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/views.h"
@@ -21,13 +23,21 @@ inline constexpr int normal = 0;
 inline constexpr int floating = 3;
 }  // namespace window_levels
 
+/// Bits of a window's style mask, with the platform's values.
+namespace window_styles {
+inline constexpr std::uint32_t borderless = 0;
+inline constexpr std::uint32_t titled = 1;
+inline constexpr std::uint32_t closable = 2;
+}  // namespace window_styles
+
 /// What a window is made with.
 struct WindowAttributes {
-  std::string name;              ///< tells the program's windows apart
-  std::uint32_t styleMask = 0;   ///< 0: borderless
-  WindowSize contentSize{1, 1};  ///< points
-  double alphaValue = 1;         ///< 0 is invisible, 1 opaque
-  bool isOpaque = true;          ///< false: the background is clear
+  std::string name;  ///< tells the program's windows apart
+  std::string title = {};
+  std::uint32_t styleMask = window_styles::borderless;
+  std::optional<WindowSize> contentSize = WindowSize{1, 1};  ///< points; none: as its content needs
+  double alphaValue = 1;                                     ///< 0 is invisible, 1 opaque
+  bool isOpaque = true;                                      ///< false: the background is clear
   bool ignoresMouseEvents = false;
   std::uint32_t collectionBehavior = 0;  ///< 1: on all desktops, 16: stays where it is
 };
@@ -37,7 +47,7 @@ class Window {
  public:
   virtual ~Window() = default;
 
-  /// Draws this tree from now on.
+  /// Draws this tree from now on; what is the same as before keeps its place, focus and cursor.
   virtual void setContent(View content) = 0;
   virtual void setContentSize(WindowSize size) = 0;
   virtual void center() = 0;
@@ -45,6 +55,12 @@ class Window {
   virtual void setLevel(int level) = 0;
   virtual void makeKeyAndOrderFront() = 0;
   virtual void orderBack() = 0;
+
+  /// Hides the window, which keeps its content and its place.
+  virtual void close() = 0;
+
+  /// Called whenever the window was closed, by the user too.
+  virtual void setCloseHandler(std::function<void()> handler) = 0;
 };
 
 /// Where windows come from.

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace kivra {
 
@@ -16,6 +17,9 @@ class Workspace {
 
   /// True while some application reads a password or otherwise keeps keys to itself.
   virtual bool isSecureEventInputEnabled() = 0;
+
+  /// Opens the address with the program that the user has for it; nothing when there is none.
+  virtual void open(std::string_view url) = 0;
 };
 
 }  // namespace kivra

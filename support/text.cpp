@@ -128,6 +128,23 @@ char32_t simpleUpper(char32_t scalar) {
 
 std::uint32_t categoryMask(char32_t scalar) { return U_GET_GC_MASK(static_cast<UChar32>(scalar)); }
 
+bool isSpaceOrTab(char32_t scalar) {
+  return (categoryMask(scalar) & U_GC_ZS_MASK) != 0 || scalar == '\t';
+}
+
+/// `input` without the scalars of a set at both ends.
+std::string_view without(std::string_view input, bool (*isDropped)(char32_t)) {
+  std::size_t begin = input.size();
+  std::size_t end = 0;
+  for (std::int32_t index = 0; index < static_cast<std::int32_t>(input.size());) {
+    const auto start = static_cast<std::size_t>(index);
+    if (isDropped(next(input, index))) continue;
+    begin = std::min(begin, start);
+    end = static_cast<std::size_t>(index);
+  }
+  return begin < end ? input.substr(begin, end - begin) : std::string_view();
+}
+
 }  // namespace
 
 std::string validUtf8(std::string_view input) {
@@ -215,8 +232,8 @@ bool isAlphanumeric(char32_t scalar) {
 }
 
 bool isWhitespaceOrNewline(char32_t scalar) {
-  return (categoryMask(scalar) & U_GC_ZS_MASK) != 0 || (scalar >= 0x09 && scalar <= 0x0D) ||
-         scalar == 0x85 || scalar == 0x2028 || scalar == 0x2029;
+  return isSpaceOrTab(scalar) || (scalar >= 0x0A && scalar <= 0x0D) || scalar == 0x85 ||
+         scalar == 0x2028 || scalar == 0x2029;
 }
 
 bool isAllLetters(std::string_view input) {
@@ -234,17 +251,9 @@ bool isLowercase(std::string_view character) {
   return lowercased(character) == character && uppercased(character) != character;
 }
 
-std::string_view trimmed(std::string_view input) {
-  std::size_t begin = input.size();
-  std::size_t end = 0;
-  for (std::int32_t index = 0; index < static_cast<std::int32_t>(input.size());) {
-    const auto start = static_cast<std::size_t>(index);
-    if (isWhitespaceOrNewline(next(input, index))) continue;
-    begin = std::min(begin, start);
-    end = static_cast<std::size_t>(index);
-  }
-  return begin < end ? input.substr(begin, end - begin) : std::string_view();
-}
+std::string_view trimmed(std::string_view input) { return without(input, isWhitespaceOrNewline); }
+
+std::string_view trimmedSpaces(std::string_view input) { return without(input, isSpaceOrTab); }
 
 std::vector<std::string_view> splitAtSpaces(std::string_view input) {
   std::vector<std::string_view> pieces;

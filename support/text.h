@@ -55,6 +55,9 @@ bool isLowercase(std::string_view character);
 /// `input` without white space and line breaks at both ends.
 std::string_view trimmed(std::string_view input);
 
+/// `input` without space separators and tabs at both ends; line breaks stay.
+std::string_view trimmedSpaces(std::string_view input);
+
 /// The pieces between single spaces (U+0020), empty pieces dropped.
 std::vector<std::string_view> splitAtSpaces(std::string_view input);
 

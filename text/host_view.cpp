@@ -3,33 +3,19 @@
 #include <chrono>
 #include <utility>
 
+#include "support/view_builders.h"
+
 namespace kivra {
 
 namespace {
 
-View node(const char* kind) {
-  View view;
-  view.kind = kind;
-  return view;
-}
-
-View textNode(const char* text, const char* style) {
-  auto view = node("Text");
-  view.text = text;
-  view.style = style;
-  return view;
-}
-
 View announcement() {
-  auto view = node("VStack");
-  view.spacing = 8;
+  using enum ViewStyle;
+  auto view = views::vStack(
+      8, {views::text("Kivra — Apple Translate", {headline}),
+          views::note("Нужен языковой пакет. Подтверди загрузку в системном диалоге."),
+          views::progress()});
   view.padding = 20;
-  view.children = {
-      textNode("Kivra — Apple Translate", "headline"),
-      textNode("Нужен языковой пакет. Подтверди загрузку в системном диалоге.",
-               "callout secondary"),
-      node("Progress"),
-  };
   return view;
 }
 
@@ -49,9 +35,7 @@ void HostView::observe() {
   window_.setContent(body());
 }
 
-View HostView::body() const {
-  return coordinator_->downloadVisible() ? announcement() : node("Empty");
-}
+View HostView::body() const { return coordinator_->downloadVisible() ? announcement() : View(); }
 
 // The coordinator announces a change before it makes it.
 void HostView::scheduleUpdate() {

@@ -9,8 +9,8 @@ namespace {
 constexpr std::chrono::seconds pollInterval(1);
 }
 
-Permissions::Permissions(Privacy& privacy, RunLoop& runLoop)
-    : privacy_(privacy), runLoop_(runLoop) {
+Permissions::Permissions(Privacy& privacy, Workspace& workspace, RunLoop& runLoop)
+    : privacy_(privacy), workspace_(workspace), runLoop_(runLoop) {
   refresh();
 }
 
@@ -26,6 +26,14 @@ void Permissions::startPolling(std::function<void()> completion) {
   pollTimer_ = runLoop_.scheduleRepeatingTimer(pollInterval, [weak = weak_from_this()] {
     if (const auto permissions = weak.lock()) permissions->poll();
   });
+}
+
+void Permissions::requestAccessibility() { privacy_.isProcessTrustedWithOptions(/*prompt=*/true); }
+
+void Permissions::requestInputMonitoring() { privacy_.requestAccess(); }
+
+void Permissions::openPrivacyPane(std::string_view anchor) {
+  workspace_.open(privacy_.privacyPaneAddress().append(anchor));
 }
 
 void Permissions::poll() {

@@ -11,10 +11,12 @@
 #include "platform/embedded/embedded_keychain.h"
 #include "platform/embedded/embedded_language_model.h"
 #include "platform/embedded/embedded_language_recognizer.h"
+#include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_locale.h"
 #include "platform/embedded/embedded_pasteboard.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/embedded/embedded_spell_checker.h"
+#include "platform/embedded/embedded_status_bar.h"
 #include "platform/embedded/embedded_translation.h"
 #include "platform/embedded/embedded_windows.h"
 #include "platform/embedded/virtual_time.h"
@@ -34,7 +36,12 @@ class EmbeddedDesktop {
   EmbeddedDesktop(const EmbeddedDesktop&) = delete;
   EmbeddedDesktop& operator=(const EmbeddedDesktop&) = delete;
 
-  Platform platform() {
+  Platform platform() { return platform(windows, localKeyMonitors, statusBar); }
+
+  /// With windows, their keys and the status bar in other hands: those of a desktop that can be
+  /// seen.
+  Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors,
+                    StatusBar& otherStatusBar) {
     return {.accessibility = accessibility,
             .alerts = alerts,
             .application = session,
@@ -47,14 +54,16 @@ class EmbeddedDesktop {
             .keychain = keychain,
             .languageModel = languageModel,
             .languageRecognizer = languageRecognizer,
+            .localKeyMonitors = otherMonitors,
             .locale = locale,
             .log = session,
             .pasteboard = pasteboard,
             .privacy = session,
             .runLoop = time,
             .spellChecker = spellChecker,
+            .statusBar = otherStatusBar,
             .translation = translation,
-            .windows = windows,
+            .windows = otherWindows,
             .workspace = session};
   }
 
@@ -64,7 +73,8 @@ class EmbeddedDesktop {
   EmbeddedPasteboard pasteboard{effects};
   EmbeddedApplication application{inputSources, pasteboard};
   EmbeddedSession session{effects, application};
-  EmbeddedEventStream events{effects, application, session};
+  EmbeddedLocalKeyMonitors localKeyMonitors;
+  EmbeddedEventStream events{effects, application, session, localKeyMonitors};
   EmbeddedDefaultsDatabase defaults;
   EmbeddedSpellChecker spellChecker;
   EmbeddedAccessibility accessibility{application};
@@ -76,6 +86,7 @@ class EmbeddedDesktop {
   EmbeddedLocale locale;
   EmbeddedTranslation translation{effects, time, languageRecognizer};
   EmbeddedWindows windows;
+  EmbeddedStatusBar statusBar{effects};
 };
 
 }  // namespace kivra::embedded

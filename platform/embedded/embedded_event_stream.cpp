@@ -43,7 +43,7 @@ Json describe(const KeyboardEvent& event) {
 }  // namespace
 
 bool EmbeddedEventStream::send(const Event& event) {
-  const auto passed = passesTap(event.type, event);
+  const auto passed = passesTap(event.type, event) && monitors_.pass(event);
   if (passed && event.type == EventType::keyDown) {
     application_.keyDown(event.keyCode, event.flags, "");
   }

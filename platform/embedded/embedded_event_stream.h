@@ -5,6 +5,7 @@
 
 #include "platform/embedded/effects.h"
 #include "platform/embedded/embedded_application.h"
+#include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/event_posting.h"
 #include "platform/event_tap.h"
@@ -16,8 +17,8 @@ namespace kivra::embedded {
 class EmbeddedEventStream : public EventTaps, public EventPosting {
  public:
   EmbeddedEventStream(Effects& effects, EmbeddedApplication& application,
-                      const EmbeddedSession& session)
-      : effects_(effects), application_(application), session_(session) {}
+                      const EmbeddedSession& session, const EmbeddedLocalKeyMonitors& monitors)
+      : effects_(effects), application_(application), session_(session), monitors_(monitors) {}
 
   /// From now on no tap is created.
   void setRefusesTaps(bool refuses) { refusesTaps_ = refuses; }
@@ -51,6 +52,7 @@ class EmbeddedEventStream : public EventTaps, public EventPosting {
   Effects& effects_;
   EmbeddedApplication& application_;
   const EmbeddedSession& session_;
+  const EmbeddedLocalKeyMonitors& monitors_;
   bool refusesTaps_ = false;
   std::weak_ptr<Tap> tap_;
   std::deque<KeyboardEvent> posted_;

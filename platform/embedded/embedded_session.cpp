@@ -14,6 +14,20 @@ void EmbeddedSession::terminate() {
   effects_.report([] { return Json{{"terminate", true}}; });
 }
 
+bool EmbeddedSession::isProcessTrustedWithOptions(bool prompt) {
+  if (prompt) effects_.report([] { return Json{{"prompt", "accessibility"}}; });
+  return accessibilityGranted_;
+}
+
+bool EmbeddedSession::requestAccess() {
+  effects_.report([] { return Json{{"prompt", "inputMonitoring"}}; });
+  return inputMonitoringGranted_;
+}
+
+void EmbeddedSession::open(std::string_view url) {
+  effects_.report([&] { return Json{{"open", url}}; });
+}
+
 void EmbeddedSession::log(std::string_view line) {
   effects_.report([&] { return Json{{"log", line}}; });
 }

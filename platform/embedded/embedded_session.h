@@ -39,17 +39,24 @@ class EmbeddedSession : public Application, public Log, public Privacy, public W
   void log(std::string_view line) override;
 
   bool isProcessTrusted() override { return accessibilityGranted_; }
+  bool isProcessTrustedWithOptions(bool prompt) override;
   AccessType checkAccess() override {
     return inputMonitoringGranted_ ? AccessType::granted : AccessType::denied;
+  }
+  bool requestAccess() override;
+  std::string privacyPaneAddress() override {
+    return "x-apple.systempreferences:com.apple.preference.security?";
   }
 
   std::optional<std::string> frontmostBundleIdentifier() override {
     return front_.front().identifier;
   }
   bool isSecureEventInputEnabled() override { return front_.front().secure; }
+  void open(std::string_view url) override;
 
  private:
-  static constexpr std::int32_t ownPid = 1;
+  // No process that a script may name.
+  static constexpr std::int32_t ownPid = -1;
 
   Effects& effects_;
   EmbeddedApplication& front_;

@@ -2,7 +2,20 @@
 
 #include <utility>
 
+#include "platform/embedded/view_json.h"
+#include "platform/embedded/view_size.h"
+
 namespace kivra::embedded {
+
+namespace {
+
+void closeWindow(WindowState& state) {
+  if (!std::exchange(state.isInFront, false)) return;
+  const auto handler = state.closeHandler;
+  if (handler) handler();
+}
+
+}  // namespace
 
 class EmbeddedWindows::EmbeddedWindow : public Window {
  public:
@@ -15,6 +28,10 @@ class EmbeddedWindows::EmbeddedWindow : public Window {
   void setLevel(int level) override { state_->level = level; }
   void makeKeyAndOrderFront() override { state_->isInFront = true; }
   void orderBack() override { state_->isInFront = false; }
+  void close() override { closeWindow(*state_); }
+  void setCloseHandler(std::function<void()> handler) override {
+    state_->closeHandler = std::move(handler);
+  }
 
  private:
   std::shared_ptr<WindowState> state_;
@@ -23,6 +40,24 @@ class EmbeddedWindows::EmbeddedWindow : public Window {
 std::shared_ptr<const WindowState> EmbeddedWindows::find(std::string_view name) const {
   const auto found = windows_.find(name);
   return found == windows_.end() ? nullptr : found->second.lock();
+}
+
+void EmbeddedWindows::close(std::string_view name) {
+  const auto found = windows_.find(name);
+  const auto window = found == windows_.end() ? nullptr : found->second.lock();
+  if (window) closeWindow(*window);
+}
+
+Json EmbeddedWindows::toJson(const std::string& name) const {
+  const auto window = find(name);
+  const auto content = window ? window->content : View();
+  const auto size =
+      window ? window->attributes.contentSize.value_or(sizeOf(content)) : WindowSize();
+  return {{"name", name},
+          {"title", window ? window->attributes.title : ""},
+          {"open", window && window->isInFront},
+          {"size", Json::array({size.width, size.height})},
+          {"content", viewJson(content)}};
 }
 
 std::unique_ptr<Window> EmbeddedWindows::windowCreate(const WindowAttributes& attributes) {

@@ -11,7 +11,7 @@ namespace {
 
 // Rules that lead from suffix to suffix in a circle must end somewhere; hunspell itself goes two
 // deep.
-constexpr int kSuffixDepth = 2;
+constexpr int suffixDepth = 2;
 
 std::vector<std::string_view> fieldsOf(std::string_view line) {
   std::vector<std::string_view> fields;
@@ -205,7 +205,7 @@ void AffixExpander::expandEntry(std::string_view line, Output& out) const {
   }
   if (has(flags, noSuggest_) || has(flags, onlyInCompound_)) return;
   emit(stem, flags, out);
-  addSuffixes(stem, flags, flags, kSuffixDepth, out);
+  addSuffixes(stem, flags, flags, suffixDepth, out);
   addPrefixes(stem, flags, flags, false, out);
 }
 

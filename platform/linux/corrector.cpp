@@ -8,29 +8,29 @@
 namespace kivra {
 namespace {
 
-constexpr std::size_t kShortestWord = 4;
-constexpr std::size_t kLongestWord = 30;
+constexpr std::size_t shortestWord = 4;
+constexpr std::size_t longestWord = 30;
 // From seven letters on a correction may be two letters away, before that one.
-constexpr std::size_t kTwoSlipsFrom = 7;
+constexpr std::size_t twoSlipsFrom = 7;
 
 // The least score of a correction of four letters, and how much lower it may be for each letter
 // more: a longer word has fewer words near it by chance.
-constexpr int kLeastScore = 4;
-constexpr int kLeastScoreFalls = 3;
-constexpr std::size_t kLeastScoreFallsUntil = 12;
+constexpr int leastScoreOfFour = 4;
+constexpr int leastScoreFalls = 3;
+constexpr std::size_t leastScoreFallsUntil = 12;
 // Words with a capital are often names that no dictionary has, words in capitals abbreviations; a
 // name is seldom meant by a word in lower case.
-constexpr int kMoreForCapitalised = 18;
-constexpr int kMoreForUpper = 10;
-constexpr int kMoreForName = 12;
+constexpr int moreForCapitalised = 18;
+constexpr int moreForUpper = 10;
+constexpr int moreForName = 12;
 // How far the best candidate must be ahead of the next one.
-constexpr int kLead = 3;
+constexpr int lead = 3;
 
 // What a frequency level counts for. Above the knee differences count half: the lists come from an
 // encyclopedia, where "может" is a million times as common as "можешь".
 int commonness(int level) {
-  constexpr int kKnee = 20;
-  return level <= kKnee ? level : kKnee + (level - kKnee) * 9 / 16;
+  constexpr int knee = 20;
+  return level <= knee ? level : knee + (level - knee) * 9 / 16;
 }
 
 // Walks the automaton with all ways to match at most two slips at once: bit i of `reached[d]` says
@@ -103,12 +103,12 @@ bool mayBeMeant(const IndexedWord& word) {
 }
 
 int leastScore(std::size_t letters, LetterCase typed, const IndexedWord& candidate) {
-  const std::size_t more = std::min(letters, kLeastScoreFallsUntil) - kShortestWord;
-  int least = kLeastScore - kLeastScoreFalls * static_cast<int>(more);
-  if (typed == LetterCase::capitalised) least += kMoreForCapitalised;
-  if (typed == LetterCase::upper) least += kMoreForUpper;
+  const std::size_t more = std::min(letters, leastScoreFallsUntil) - shortestWord;
+  int least = leastScoreOfFour - leastScoreFalls * static_cast<int>(more);
+  if (typed == LetterCase::capitalised) least += moreForCapitalised;
+  if (typed == LetterCase::upper) least += moreForUpper;
   if (typed == LetterCase::lower && candidate.dictionaryCase != LetterCase::lower) {
-    least += kMoreForName;
+    least += moreForName;
   }
   return least;
 }
@@ -129,14 +129,14 @@ std::string inCase(std::string_view code, LetterCase typed, LetterCase dictionar
 
 std::vector<CorrectionCandidate> Corrector::candidates(std::string_view encoded) const {
   std::vector<CorrectionCandidate> out;
-  if (encoded.size() < kShortestWord || encoded.size() > kLongestWord) return out;
-  NearbyWords nearby(index_, encoded, encoded.size() < kTwoSlipsFrom ? 1 : 2);
+  if (encoded.size() < shortestWord || encoded.size() > longestWord) return out;
+  NearbyWords nearby(index_, encoded, encoded.size() < twoSlipsFrom ? 1 : 2);
   nearby.search([&](const std::string& word, const IndexedWord& known) {
     if (!mayBeMeant(known)) return;
     const int cost = slips_.cost(encoded, word);
     out.push_back({word, known, cost, commonness(known.frequency.level) - cost, true});
   });
-  if (encoded.size() < kTwoSlipsFrom) addSwapped(encoded, out);
+  if (encoded.size() < twoSlipsFrom) addSwapped(encoded, out);
   std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.score > b.score; });
   return out;
 }
@@ -156,7 +156,7 @@ void Corrector::addSwapped(std::string_view encoded, std::vector<CorrectionCandi
 }
 
 std::optional<std::string> Corrector::correct(std::u32string_view word) const {
-  if (word.size() < kShortestWord || word.size() > kLongestWord) return std::nullopt;
+  if (word.size() < shortestWord || word.size() > longestWord) return std::nullopt;
   const auto code = encodeWord(word);
   return code ? choose(word, candidates(*code)) : std::nullopt;
 }
@@ -169,7 +169,7 @@ std::optional<std::string> Corrector::choose(std::u32string_view word,
   if (!best.isAccepted || best.score < leastScore(word.size(), typed, best.known)) {
     return std::nullopt;
   }
-  if (near.size() > 1 && best.score - near[1].score < kLead) return std::nullopt;
+  if (near.size() > 1 && best.score - near[1].score < lead) return std::nullopt;
   return inCase(best.word, typed, best.known.dictionaryCase);
 }
 

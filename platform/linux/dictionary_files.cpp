@@ -14,15 +14,14 @@
 namespace kivra {
 namespace {
 
-constexpr std::string_view kPreferred[] = {"ru_RU", "en_US"};
+constexpr std::string_view preferred[] = {"ru_RU", "en_US"};
 // No dictionary in use comes near; reading a runaway file into memory must not take the machine
 // down.
-constexpr std::uintmax_t kLargestFile = 64U << 20U;
+constexpr std::uintmax_t largestFile = 64U << 20U;
 
 int rankOf(std::string_view name, std::string_view code) {
   if (name == code) return 0;
-  return std::find(std::begin(kPreferred), std::end(kPreferred), name) != std::end(kPreferred) ? 1
-                                                                                               : 2;
+  return std::find(std::begin(preferred), std::end(preferred), name) != std::end(preferred) ? 1 : 2;
 }
 
 bool answersFor(std::string_view name, std::string_view code) {
@@ -122,7 +121,7 @@ std::optional<std::string> readWholeFile(const std::filesystem::path& file) {
   std::error_code error;
   if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
   const std::uintmax_t size = std::filesystem::file_size(file, error);
-  if (error || size > kLargestFile) return std::nullopt;
+  if (error || size > largestFile) return std::nullopt;
   std::ifstream in(file, std::ios::binary);
   std::string text(static_cast<std::size_t>(size), '\0');
   in.read(text.data(), static_cast<std::streamsize>(text.size()));

@@ -5,7 +5,7 @@
 namespace kivra {
 namespace {
 
-constexpr char32_t kReplacement = 0xFFFD;
+constexpr char32_t replacement = 0xFFFD;
 
 std::size_t sequenceLength(unsigned char lead) {
   if (lead < 0x80) return 1;
@@ -24,21 +24,21 @@ char32_t decodeOne(std::string_view utf8, std::size_t& pos) {
   }
   if (length == 0 || pos + length > utf8.size()) {
     ++pos;
-    return kReplacement;
+    return replacement;
   }
   char32_t scalar = lead & (0x7FU >> length);
   for (std::size_t i = 1; i < length; ++i) {
     const auto next = static_cast<unsigned char>(utf8[pos + i]);
     if ((next & 0xC0U) != 0x80U) {
       pos += i;
-      return kReplacement;
+      return replacement;
     }
     scalar = (scalar << 6U) | (next & 0x3FU);
   }
   pos += length;
   const bool overlong = (length == 3 && scalar < 0x800) || (length == 4 && scalar < 0x10000);
   const bool surrogate = scalar >= 0xD800 && scalar < 0xE000;
-  return overlong || surrogate || scalar > 0x10FFFF ? kReplacement : scalar;
+  return overlong || surrogate || scalar > 0x10FFFF ? replacement : scalar;
 }
 
 bool isLatinExtended(char32_t c) { return c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7; }
@@ -132,7 +132,7 @@ std::string decodeWord(std::string_view code) {
   std::string out;
   for (const char c : code) {
     const auto byte = static_cast<unsigned char>(c);
-    if (c == kYoCode) {
+    if (c == yoCode) {
       appendUtf8(out, U'ё');
     } else {
       appendUtf8(out, byte < 0x80 ? byte : U'а' + (byte - 0x80U));
@@ -144,7 +144,7 @@ std::string decodeWord(std::string_view code) {
 std::string foldYo(std::string_view code) {
   std::string out(code);
   for (char& c : out) {
-    if (c == kYoCode) c = kYeCode;
+    if (c == yoCode) c = yeCode;
   }
   return out;
 }

@@ -39,12 +39,12 @@ std::string decodeWord(std::string_view code);
 /// Every ё of an encoded word replaced by е.
 std::string foldYo(std::string_view code);
 
-inline constexpr char kYoCode = static_cast<char>(0xA0);
-inline constexpr char kYeCode = static_cast<char>(0x85);
+inline constexpr char yoCode = static_cast<char>(0xA0);
+inline constexpr char yeCode = static_cast<char>(0x85);
 
 /// The code of one lower-case Cyrillic letter (а..я, ё), for tables written in source.
 constexpr char cyrillicCode(char32_t letter) {
-  return letter == U'ё' ? kYoCode : static_cast<char>(0x80 + (letter - U'а'));
+  return letter == U'ё' ? yoCode : static_cast<char>(0x80 + (letter - U'а'));
 }
 
 }  // namespace kivra

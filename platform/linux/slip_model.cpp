@@ -8,29 +8,29 @@
 namespace kivra {
 namespace {
 
-constexpr int kAnyLetter = 26;
-constexpr int kNeighbourKey = 17;
-constexpr int kSoundAlike = 11;
-constexpr int kVowelForVowel = 17;
-constexpr int kYoForYe = 1;
-constexpr int kSwapped = 14;
-constexpr int kDroppedLetter = 18;
-constexpr int kDroppedTwin = 8;
-constexpr int kDroppedSign = 10;
-constexpr int kDroppedEndSign = 4;
-constexpr int kAddedLetter = 21;
-constexpr int kAddedTwin = 9;
-constexpr int kAddedSign = 10;
-constexpr int kAddedNeighbour = 16;
-constexpr int kDroppedMute = 10;
-constexpr int kAddedMute = 12;
-constexpr int kFirstLetter = 12;
+constexpr int anyLetter = 26;
+constexpr int neighbourKey = 17;
+constexpr int soundAlike = 11;
+constexpr int vowelForVowel = 17;
+constexpr int yoForYe = 1;
+constexpr int swapped = 14;
+constexpr int droppedLetter = 18;
+constexpr int droppedTwin = 8;
+constexpr int droppedSign = 10;
+constexpr int droppedEndSign = 4;
+constexpr int addedLetter = 21;
+constexpr int addedTwin = 9;
+constexpr int addedSign = 10;
+constexpr int addedNeighbour = 16;
+constexpr int droppedMute = 10;
+constexpr int addedMute = 12;
+constexpr int firstLetter = 12;
 
-constexpr std::u32string_view kRowsLatin[] = {U"qwertyuiop", U"asdfghjkl", U"zxcvbnm"};
-constexpr std::u32string_view kRowsCyrillic[] = {U"йцукенгшщзхъ", U"фывапролджэ", U"ячсмитьбю"};
+constexpr std::u32string_view rowsLatin[] = {U"qwertyuiop", U"asdfghjkl", U"zxcvbnm"};
+constexpr std::u32string_view rowsCyrillic[] = {U"йцукенгшщзхъ", U"фывапролджэ", U"ячсмитьбю"};
 
 // Letters that are heard or remembered as one another.
-constexpr std::u32string_view kAlike[] = {
+constexpr std::u32string_view alike[] = {
     U"оа", U"еи", U"яе", U"яи", U"ыи", U"эе", U"юу", U"бп", U"вф", U"гк", U"дт",
     U"жш", U"зс", U"шщ", U"цс", U"чш", U"гв", U"щч", U"ьъ", U"ео", U"ое", U"йи",
     U"ae", U"ei", U"ie", U"ao", U"oa", U"eo", U"ai", U"iy", U"ey", U"ou", U"ck",
@@ -104,7 +104,7 @@ void forEachNeighbourPair(const Rows& rows, Callback&& callback) {
 }  // namespace
 
 SlipModel::SlipModel() {
-  for (auto& row : substitution_) row.fill(kAnyLetter);
+  for (auto& row : substitution_) row.fill(anyLetter);
   const auto lowerTo = [this](char a, char b, int cost) {
     auto& there = substitution_[classOf(a)][classOf(b)];
     there = static_cast<std::uint8_t>(std::min<int>(there, cost));
@@ -112,26 +112,26 @@ SlipModel::SlipModel() {
   const auto neighbours = [&](char32_t a, char32_t b) {
     const char first = codeOf(a);
     const char second = codeOf(b);
-    lowerTo(first, second, kNeighbourKey);
-    lowerTo(second, first, kNeighbourKey);
+    lowerTo(first, second, neighbourKey);
+    lowerTo(second, first, neighbourKey);
     neighbours_[classOf(first)][classOf(second)] = 1;
     neighbours_[classOf(second)][classOf(first)] = 1;
   };
-  forEachNeighbourPair(kRowsLatin, neighbours);
-  forEachNeighbourPair(kRowsCyrillic, neighbours);
+  forEachNeighbourPair(rowsLatin, neighbours);
+  forEachNeighbourPair(rowsCyrillic, neighbours);
   for (int a = 0; a < 0x100; ++a) {
     for (int b = 0; b < 0x100; ++b) {
       const auto first = static_cast<char>(a);
       const auto second = static_cast<char>(b);
-      if (isVowel(first) && isVowel(second)) lowerTo(first, second, kVowelForVowel);
+      if (isVowel(first) && isVowel(second)) lowerTo(first, second, vowelForVowel);
     }
   }
-  for (const std::u32string_view pair : kAlike) {
-    lowerTo(codeOf(pair[0]), codeOf(pair[1]), kSoundAlike);
-    lowerTo(codeOf(pair[1]), codeOf(pair[0]), kSoundAlike);
+  for (const std::u32string_view pair : alike) {
+    lowerTo(codeOf(pair[0]), codeOf(pair[1]), soundAlike);
+    lowerTo(codeOf(pair[1]), codeOf(pair[0]), soundAlike);
   }
-  lowerTo(kYoCode, kYeCode, kYoForYe);
-  lowerTo(kYeCode, kYoCode, kYoForYe);
+  lowerTo(yoCode, yeCode, yoForYe);
+  lowerTo(yeCode, yoCode, yoForYe);
 }
 
 int SlipModel::substitution(char typed, char meant) const {
@@ -141,51 +141,51 @@ int SlipModel::substitution(char typed, char meant) const {
 int SlipModel::dropped(std::string_view meant, std::size_t at) {
   const char code = meant[at];
   const bool last = at + 1 == meant.size();
-  if ((at > 0 && meant[at - 1] == code) || (!last && meant[at + 1] == code)) return kDroppedTwin;
+  if ((at > 0 && meant[at - 1] == code) || (!last && meant[at + 1] == code)) return droppedTwin;
   if (isSign(code)) {
     // "хочеш": the most common slip of all.
     const bool verbEnding = last && at > 0 && meant[at - 1] == cyrillicCode(U'ш');
-    return verbEnding ? kDroppedEndSign : kDroppedSign;
+    return verbEnding ? droppedEndSign : droppedSign;
   }
-  if (isMute(meant, at)) return kDroppedMute;
-  return kDroppedLetter + (at == 0 ? kFirstLetter : 0);
+  if (isMute(meant, at)) return droppedMute;
+  return droppedLetter + (at == 0 ? firstLetter : 0);
 }
 
 int SlipModel::added(std::string_view typed, std::size_t at) const {
   const char code = typed[at];
   const bool last = at + 1 == typed.size();
-  if ((at > 0 && typed[at - 1] == code) || (!last && typed[at + 1] == code)) return kAddedTwin;
-  if (isSign(code)) return kAddedSign;
+  if ((at > 0 && typed[at - 1] == code) || (!last && typed[at + 1] == code)) return addedTwin;
+  if (isSign(code)) return addedSign;
   const auto touches = [&](std::size_t other) {
     return neighbours_[classOf(code)][classOf(typed[other])] != 0;
   };
-  if ((at > 0 && touches(at - 1)) || (!last && touches(at + 1))) return kAddedNeighbour;
-  if (isMute(typed, at)) return kAddedMute;
-  return kAddedLetter + (at == 0 ? kFirstLetter : 0);
+  if ((at > 0 && touches(at - 1)) || (!last && touches(at + 1))) return addedNeighbour;
+  if (isMute(typed, at)) return addedMute;
+  return addedLetter + (at == 0 ? firstLetter : 0);
 }
 
 int SlipModel::cost(std::string_view typed, std::string_view meant) const {
-  if (typed.size() > kLongestWord || meant.size() > kLongestWord) return kImpossible;
-  std::array<std::array<int, kLongestWord + 1>, 3> rows;
+  if (typed.size() > longestWord || meant.size() > longestWord) return impossible;
+  std::array<std::array<int, longestWord + 1>, 3> rows;
   for (std::size_t i = 0; i <= typed.size(); ++i) {
     auto& row = rows[i % 3];
     const auto& above = rows[(i + 2) % 3];
     const auto& twoAbove = rows[(i + 1) % 3];
     for (std::size_t j = 0; j <= meant.size(); ++j) {
-      int best = i == 0 && j == 0 ? 0 : kImpossible;
+      int best = i == 0 && j == 0 ? 0 : impossible;
       if (i > 0) best = std::min(best, above[j] + added(typed, i - 1));
       if (j > 0) best = std::min(best, row[j - 1] + dropped(meant, j - 1));
       if (i > 0 && j > 0) {
         const int step = substitution(typed[i - 1], meant[j - 1]);
-        const int first = i == 1 && step > kYoForYe ? kFirstLetter : 0;
+        const int first = i == 1 && step > yoForYe ? firstLetter : 0;
         best = std::min(best, above[j - 1] + step + first);
       }
       if (i > 0 && j > 1 && isShchaFor(typed[i - 1], meant.substr(j - 2, 2))) {
-        best = std::min(best, above[j - 2] + kSoundAlike);
+        best = std::min(best, above[j - 2] + soundAlike);
       }
       if (i > 1 && j > 1 && typed[i - 1] == meant[j - 2] && typed[i - 2] == meant[j - 1] &&
           typed[i - 1] != typed[i - 2]) {
-        best = std::min(best, twoAbove[j - 2] + kSwapped);
+        best = std::min(best, twoAbove[j - 2] + swapped);
       }
       row[j] = best;
     }

@@ -16,16 +16,16 @@ class SlipModel {
   SlipModel();
 
   /// The cost of the cheapest way in which someone who meant `meant` typed `typed`; both encoded
-  /// (see letter_code.h) and at most `kLongestWord` letters, else the cost is `kImpossible`.
+  /// (see letter_code.h) and at most `longestWord` letters, else the cost is `impossible`.
   [[nodiscard]] int cost(std::string_view typed, std::string_view meant) const;
 
-  static constexpr std::size_t kLongestWord = 40;
-  static constexpr int kImpossible = 10000;
+  static constexpr std::size_t longestWord = 40;
+  static constexpr int impossible = 10000;
 
  private:
   // Letter codes are packed into 64 classes: 26 Latin letters, 33 Cyrillic ones, the rest 0.
-  static constexpr std::size_t kClasses = 64;
-  using Table = std::array<std::array<std::uint8_t, kClasses>, kClasses>;
+  static constexpr std::size_t classes = 64;
+  using Table = std::array<std::array<std::uint8_t, classes>, classes>;
 
   [[nodiscard]] int substitution(char typed, char meant) const;
   [[nodiscard]] static int dropped(std::string_view meant, std::size_t at);

@@ -12,22 +12,22 @@
 namespace kivra {
 namespace {
 
-constexpr std::uint64_t kMagic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
-constexpr std::uint32_t kFormatVersion = 1;
+constexpr std::uint64_t indexMagic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
+constexpr std::uint32_t formatVersion = 1;
 
 // Flags byte of a word: the dictionary's case and membership, then what the lists saw, shifted.
-constexpr std::uint8_t kCaseMask = 0x03;
-constexpr std::uint8_t kInDictionary = 0x04;
-constexpr unsigned kSeenShift = 3;
+constexpr std::uint8_t caseMask = 0x03;
+constexpr std::uint8_t inDictionaryBit = 0x04;
+constexpr unsigned seenShift = 3;
 // The sixth bit of "seen" does not fit beside the other flags and lies above the level.
-constexpr std::uint8_t kLevelMask = 0x3F;
-constexpr std::uint8_t kLevelShadowed = 0x40;
+constexpr std::uint8_t levelMask = 0x3F;
+constexpr std::uint8_t levelShadowed = 0x40;
 
 struct Header {
-  std::uint64_t magic = kMagic;
+  std::uint64_t magic = indexMagic;
   std::uint64_t identity = 0;
   std::uint64_t checksum = 0;
-  std::uint32_t version = kFormatVersion;
+  std::uint32_t version = formatVersion;
   std::uint32_t edgeCount = 0;
   std::uint32_t wordCount = 0;
   std::uint32_t root = 0;
@@ -84,18 +84,18 @@ class FormPile {
   std::vector<std::size_t> entries_;
 };
 
-constexpr std::uint8_t kForbiddenMark = 0x08;
-constexpr std::uint8_t kListedMark = 0x10;
+constexpr std::uint8_t forbiddenMark = 0x08;
+constexpr std::uint8_t listedMark = 0x10;
 
 void pileForms(const SpellingIndex::FormSource& forms, FormPile& pile) {
   forms([&pile](std::u32string_view form, bool allowed) {
     const auto code = encodeWord(form);
     if (!code) return;
     const auto mark = static_cast<std::uint8_t>(letterCaseOf(form));
-    pile.add(*code, allowed ? mark : kForbiddenMark);
+    pile.add(*code, allowed ? mark : forbiddenMark);
     // Most people write е for ё, and some dictionaries have only one of the two spellings.
-    if (code->find(kYoCode) != std::string::npos) {
-      pile.add(foldYo(*code), allowed ? mark : kForbiddenMark);
+    if (code->find(yoCode) != std::string::npos) {
+      pile.add(foldYo(*code), allowed ? mark : forbiddenMark);
     }
   });
 }
@@ -110,10 +110,10 @@ struct WordBytes {
   std::vector<std::uint8_t> flags;
 
   void add(std::uint8_t dictionaryFlags, const WordFrequency& frequency) {
-    const bool shadowed = (frequency.seen & kSeenShadowed) != 0;
-    const auto seen = static_cast<unsigned>(frequency.seen & ~kSeenShadowed & 0x1F);
-    levels.push_back(static_cast<std::uint8_t>(frequency.level | (shadowed ? kLevelShadowed : 0)));
-    flags.push_back(static_cast<std::uint8_t>(dictionaryFlags | (seen << kSeenShift)));
+    const bool shadowed = (frequency.seen & seenShadowed) != 0;
+    const auto seen = static_cast<unsigned>(frequency.seen & ~seenShadowed & 0x1F);
+    levels.push_back(static_cast<std::uint8_t>(frequency.level | (shadowed ? levelShadowed : 0)));
+    flags.push_back(static_cast<std::uint8_t>(dictionaryFlags | (seen << seenShift)));
   }
 };
 
@@ -125,8 +125,8 @@ void addWord(const FormPile& pile, std::size_t begin, std::size_t end,
   bool forbidden = false;
   for (std::size_t i = begin; i < end; ++i) {
     const std::uint8_t mark = pile.mark(i);
-    if (mark == kForbiddenMark) forbidden = true;
-    if (mark <= kCaseMask) plainest = std::min(plainest, mark);
+    if (mark == forbiddenMark) forbidden = true;
+    if (mark <= caseMask) plainest = std::min(plainest, mark);
   }
   const std::string word(pile.word(begin));
   auto found = frequencies.find(word);
@@ -135,7 +135,7 @@ void addWord(const FormPile& pile, std::size_t begin, std::size_t end,
   const bool inDictionary = plainest != 0xFF && !forbidden;
   if (!inDictionary && (forbidden || frequency.level == 0)) return;
   automaton.add(word);
-  bytes.add(inDictionary ? static_cast<std::uint8_t>(plainest | kInDictionary) : 0, frequency);
+  bytes.add(inDictionary ? static_cast<std::uint8_t>(plainest | inDictionaryBit) : 0, frequency);
 }
 
 }  // namespace
@@ -157,7 +157,7 @@ std::string SpellingIndex::build(const FormSource& forms, const WordFrequencies&
                                  std::uint64_t identity) {
   FormPile pile;
   pileForms(forms, pile);
-  for (const auto& [word, frequency] : frequencies) pile.add(word, kListedMark);
+  for (const auto& [word, frequency] : frequencies) pile.add(word, listedMark);
   pile.sort();
 
   WordAutomatonBuilder automaton;
@@ -191,7 +191,8 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   Header header;
   if (block.size() < sizeof(Header)) return false;
   std::memcpy(&header, block.data(), sizeof(Header));
-  if (header.magic != kMagic || header.version != kFormatVersion || header.identity != identity) {
+  if (header.magic != indexMagic || header.version != formatVersion ||
+      header.identity != identity) {
     return false;
   }
   const std::size_t edgeBytes = std::size_t{header.edgeCount} * sizeof(AutomatonEdge);
@@ -244,11 +245,11 @@ IndexedWord SpellingIndex::word(std::uint32_t number) const {
   const std::uint8_t level = levels_[number];
   const std::uint8_t flags = flags_[number];
   IndexedWord word;
-  word.inDictionary = (flags & kInDictionary) != 0;
-  word.dictionaryCase = static_cast<LetterCase>(flags & kCaseMask);
-  word.frequency.level = level & kLevelMask;
-  word.frequency.seen = static_cast<std::uint8_t>(flags >> kSeenShift);
-  if ((level & kLevelShadowed) != 0) word.frequency.seen |= kSeenShadowed;
+  word.inDictionary = (flags & inDictionaryBit) != 0;
+  word.dictionaryCase = static_cast<LetterCase>(flags & caseMask);
+  word.frequency.level = level & levelMask;
+  word.frequency.seen = static_cast<std::uint8_t>(flags >> seenShift);
+  if ((level & levelShadowed) != 0) word.frequency.seen |= seenShadowed;
   return word;
 }
 

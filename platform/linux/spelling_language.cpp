@@ -12,16 +12,16 @@ namespace {
 
 // Forms of up to this many letters must be known to a frequency list: "еру" and "pf" are in the
 // dictionaries, but the keys are those of "the" and "за".
-constexpr std::size_t kShortForm = 4;
+constexpr std::size_t shortForm = 4;
 
-constexpr std::u32string_view kOneLetterWords = U"aiавикосуя";
+constexpr std::u32string_view oneLetterWords = U"aiавикосуя";
 
-// The least level at which a counted word of up to kShortForm letters is left alone though the
+// The least level at which a counted word of up to shortForm letters is left alone though the
 // dictionary lacks it: 7 in a million words.
-constexpr int kShortListedLevel = 26;
+constexpr int shortListedLevel = 26;
 // The lists of words from web pages have misspellings in them. Such a word is not left alone when a
 // word close by outweighs it by more than this.
-constexpr int kSuspicion = -8;
+constexpr int suspicion = -8;
 
 std::string toUtf8(std::u32string_view word) {
   std::string out;
@@ -38,13 +38,13 @@ std::size_t letterCount(std::u32string_view word) {
 bool caseFits(LetterCase typed, std::uint8_t seen) {
   switch (typed) {
     case LetterCase::lower:
-      return (seen & kSeenLower) != 0;
+      return (seen & seenLower) != 0;
     case LetterCase::capitalised:
-      return (seen & (kSeenLower | kSeenCapitalised)) != 0;
+      return (seen & (seenLower | seenCapitalised)) != 0;
     case LetterCase::upper:
-      return (seen & (kSeenLower | kSeenCapitalised | kSeenUpper)) != 0;
+      return (seen & (seenLower | seenCapitalised | seenUpper)) != 0;
     case LetterCase::mixed:
-      return (seen & kSeenMixed) != 0;
+      return (seen & seenMixed) != 0;
   }
   return false;
 }
@@ -62,7 +62,7 @@ SpellingLanguage::SpellingLanguage(std::string name, std::unique_ptr<Hunspell> h
 SpellingLanguage::~SpellingLanguage() = default;
 
 bool SpellingLanguage::isValid(std::u32string_view word) const {
-  if (word.size() > kLongestWord) return false;
+  if (word.size() > longestWord) return false;
   return isValidWhole(word) || isValidByParts(word);
 }
 
@@ -80,12 +80,12 @@ bool SpellingLanguage::isValidByParts(std::u32string_view word) const {
 bool SpellingLanguage::isValidWhole(std::u32string_view word) const {
   const std::size_t letters = letterCount(word);
   if (letters == 1 && word.size() == 1) {
-    return kOneLetterWords.find(lowerScalar(word.front())) != std::u32string_view::npos;
+    return oneLetterWords.find(lowerScalar(word.front())) != std::u32string_view::npos;
   }
   const auto known = lookUp(word);
-  if (known && (known->frequency.seen & kSeenShadowed) != 0) return false;
+  if (known && (known->frequency.seen & seenShadowed) != 0) return false;
   if (dictionaryHas(word)) {
-    return letters > kShortForm || !index_->hasFrequencies() ||
+    return letters > shortForm || !index_->hasFrequencies() ||
            (known && known->frequency.level > 0);
   }
   return known && listsKnow(word, *known);
@@ -95,7 +95,7 @@ std::optional<IndexedWord> SpellingLanguage::lookUp(std::u32string_view word) co
   const auto code = encodeWord(word);
   if (!code) return std::nullopt;
   auto known = index_->find(*code);
-  if (!known && code->find(kYoCode) != std::string::npos) known = index_->find(foldYo(*code));
+  if (!known && code->find(yoCode) != std::string::npos) known = index_->find(foldYo(*code));
   return known;
 }
 
@@ -119,11 +119,11 @@ bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& kn
   const WordFrequency& frequency = known.frequency;
   const std::size_t letters = letterCount(word);
   const LetterCase typed = letterCaseOf(word);
-  const bool counted = (frequency.seen & kSeenCounted) != 0;
-  if (letters <= kShortForm) {
+  const bool counted = (frequency.seen & seenCounted) != 0;
+  if (letters <= shortForm) {
     // The count is that of the name: "уфе", the keys of "eat".
     if (known.inDictionary && typed < known.dictionaryCase) return false;
-    return counted && frequency.level >= kShortListedLevel && caseFits(typed, frequency.seen);
+    return counted && frequency.level >= shortListedLevel && caseFits(typed, frequency.seen);
   }
   if (frequency.level == 0) return false;
   // A name written without its capital is left alone too, but not "иТог".
@@ -132,7 +132,7 @@ bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& kn
   const auto code = encodeWord(word);
   if (!code) return false;
   const auto near = corrector_.candidates(*code);
-  if (near.empty() || near.front().score - frequency.level < kSuspicion) return true;
+  if (near.empty() || near.front().score - frequency.level < suspicion) return true;
   return !Corrector::choose(word, near);
 }
 

@@ -27,14 +27,14 @@ class SpellingLanguage {
   /// Whether a word (no punctuation around it) is left alone: the dictionary has it and it is not
   /// one of the short forms that nobody uses, or the frequency lists know it well. ё and е count as
   /// the same letter; hyphenated words may be valid part by part. Words of more than
-  /// `kLongestWord` letters are never valid.
+  /// `longestWord` letters are never valid.
   [[nodiscard]] bool isValid(std::u32string_view word) const;
 
   /// The correction of a word, see Corrector.
   [[nodiscard]] std::optional<std::string> correct(std::u32string_view word) const;
 
   /// Hunspell's own limit is 100; nothing longer is worth its time.
-  static constexpr std::size_t kLongestWord = 64;
+  static constexpr std::size_t longestWord = 64;
 
  private:
   [[nodiscard]] bool isValidWhole(std::u32string_view word) const;

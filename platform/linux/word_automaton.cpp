@@ -5,9 +5,9 @@
 namespace kivra {
 namespace {
 
-constexpr std::uint32_t kWordEnd = 0x100;
-constexpr std::uint32_t kLast = 0x200;
-constexpr std::uint32_t kTargetShift = 10;
+constexpr std::uint32_t wordEnd = 0x100;
+constexpr std::uint32_t last = 0x200;
+constexpr std::uint32_t targetShift = 10;
 
 std::uint64_t hashOf(const std::vector<AutomatonEdge>& state) {
   std::uint64_t hash = 1469598103934665603ULL;
@@ -67,7 +67,7 @@ void WordAutomatonBuilder::add(std::string_view word) {
   for (std::size_t depth = common; depth < word.size(); ++depth) {
     OpenState& state = path_[depth];
     const auto letter = static_cast<unsigned char>(word[depth]);
-    const std::uint32_t end = depth + 1 == word.size() ? kWordEnd : 0;
+    const std::uint32_t end = depth + 1 == word.size() ? wordEnd : 0;
     state.edges.push_back({letter | end, state.words});
     state.words += end != 0 ? 1U : 0U;
     path_.emplace_back();
@@ -82,14 +82,14 @@ void WordAutomatonBuilder::closeBelow(std::size_t depth) {
     path_.pop_back();
     OpenState& parent = path_.back();
     const std::uint32_t target = intern(closed);
-    parent.edges.back().packed |= target << kTargetShift;
+    parent.edges.back().packed |= target << targetShift;
     parent.words += closed.words;
   }
 }
 
 std::uint32_t WordAutomatonBuilder::intern(OpenState& state) {
   if (state.edges.empty()) return 0;
-  state.edges.back().packed |= kLast;
+  state.edges.back().packed |= last;
   const std::uint64_t hash = hashOf(state.edges);
   const auto [begin, end] = known_.equal_range(hash);
   for (auto it = begin; it != end; ++it) {

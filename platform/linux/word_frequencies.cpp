@@ -9,7 +9,7 @@
 namespace kivra {
 namespace {
 
-constexpr unsigned kHighestLevel = 63;
+constexpr unsigned highestLevel = 63;
 
 bool readNumber(std::string_view text, unsigned highest, std::uint8_t& out) {
   unsigned value = 0;
@@ -25,7 +25,7 @@ void readLine(std::string_view line, WordFrequencies& out) {
   const std::size_t second = line.find('\t', first + 1);
   if (second == std::string_view::npos) return;
   WordFrequency frequency;
-  if (!readNumber(line.substr(first + 1, second - first - 1), kHighestLevel, frequency.level) ||
+  if (!readNumber(line.substr(first + 1, second - first - 1), highestLevel, frequency.level) ||
       !readNumber(line.substr(second + 1), 0xFF, frequency.seen)) {
     return;
   }
@@ -43,7 +43,7 @@ WordFrequencies readFrequencies(std::string_view text) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     const std::string_view line = text.substr(0, end);
     if (first) {
-      if (line != kFrequencyFileHeader) return out;
+      if (line != frequencyFileHeader) return out;
       out.reserve(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')));
       first = false;
     } else {

@@ -19,19 +19,19 @@ struct WordFrequency {
   bool operator==(const WordFrequency&) const = default;
 };
 
-inline constexpr std::uint8_t kSeenLower = 1;
-inline constexpr std::uint8_t kSeenCapitalised = 2;
-inline constexpr std::uint8_t kSeenUpper = 4;
-inline constexpr std::uint8_t kSeenMixed = 8;
-inline constexpr std::uint8_t kSeenCounted = 16;
-inline constexpr std::uint8_t kSeenShadowed = 32;
+inline constexpr std::uint8_t seenLower = 1;
+inline constexpr std::uint8_t seenCapitalised = 2;
+inline constexpr std::uint8_t seenUpper = 4;
+inline constexpr std::uint8_t seenMixed = 8;
+inline constexpr std::uint8_t seenCounted = 16;
+inline constexpr std::uint8_t seenShadowed = 32;
 
 /// Word frequencies of one language by encoded word (see letter_code.h).
 using WordFrequencies = std::unordered_map<std::string, WordFrequency>;
 
 /// First line of a frequency file. Each further line is a word, its level and its `seen` bits, with
 /// tabs between.
-inline constexpr std::string_view kFrequencyFileHeader = "kivra frequencies 1";
+inline constexpr std::string_view frequencyFileHeader = "kivra frequencies 1";
 
 /// Reads the text of a frequency file. A file with another first line is empty; lines that make no
 /// sense are skipped.

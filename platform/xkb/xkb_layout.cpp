@@ -26,10 +26,10 @@ xkb_mod_mask_t modifier(xkb_keymap* keymap, const char* name) {
   return index == XKB_MOD_INVALID ? 0 : xkb_mod_mask_t{1} << index;
 }
 
-State stateWith(xkb_keymap* keymap, bool shift) {
+State stateWith(xkb_keymap* keymap, std::uint32_t group, bool shift) {
   State state(xkb_state_new(keymap));
   xkb_state_update_mask(state.get(), shift ? modifier(keymap, XKB_MOD_NAME_SHIFT) : 0, 0,
-                        modifier(keymap, XKB_MOD_NAME_NUM), 0, 0, 0);
+                        modifier(keymap, XKB_MOD_NAME_NUM), 0, 0, group);
   return state;
 }
 
@@ -38,7 +38,9 @@ State stateWith(xkb_keymap* keymap, bool shift) {
 std::shared_ptr<const XkbLayout> XkbLayout::named(const std::string& name) {
   const auto open = name.find('(');
   const auto layout = name.substr(0, open);
-  if (layout.empty() || (open != std::string::npos && name.back() != ')')) return nullptr;
+  if (layout.empty() || name.find(',') != std::string::npos ||
+      (open != std::string::npos && name.back() != ')'))
+    return nullptr;
   const auto variant =
       open == std::string::npos ? std::string() : name.substr(open + 1, name.size() - open - 2);
   const Context context(xkb_context_new(XKB_CONTEXT_NO_ENVIRONMENT_NAMES));
@@ -58,14 +60,14 @@ XkbLayout::~XkbLayout() { xkb_keymap_unref(keymap_); }
 std::uint32_t XkbLayout::symbol(std::uint16_t virtualKey, bool shift) const {
   const auto evdev = evdevCode(virtualKey);
   if (!evdev) return XKB_KEY_NoSymbol;
-  const auto state = stateWith(keymap_, shift);
+  const auto state = stateWith(keymap_, group_, shift);
   return xkb_state_key_get_one_sym(state.get(), *evdev + std::uint32_t{xkbOffset});
 }
 
 std::optional<std::string> XkbLayout::character(std::uint16_t virtualKey, bool shift) const {
   const auto evdev = evdevCode(virtualKey);
   if (!evdev) return std::nullopt;
-  const auto state = stateWith(keymap_, shift);
+  const auto state = stateWith(keymap_, group_, shift);
   std::array<char, 32> bytes{};
   const auto length = xkb_state_key_get_utf8(state.get(), *evdev + std::uint32_t{xkbOffset},
                                              bytes.data(), bytes.size());

@@ -18,7 +18,9 @@ class XkbLayout : public KeyboardLayoutData {
   /// "ru(phonetic)"); null when there is no such layout.
   static std::shared_ptr<const XkbLayout> named(const std::string& name);
 
-  explicit XkbLayout(xkb_keymap* keymap) : keymap_(keymap) {}
+  /// One group of a keymap, of which it becomes an owner.
+  explicit XkbLayout(xkb_keymap* keymap, std::uint32_t group = 0)
+      : keymap_(keymap), group_(group) {}
   ~XkbLayout() override;
   XkbLayout(const XkbLayout&) = delete;
   XkbLayout& operator=(const XkbLayout&) = delete;
@@ -32,6 +34,7 @@ class XkbLayout : public KeyboardLayoutData {
 
  private:
   xkb_keymap* keymap_;  // owned
+  std::uint32_t group_;
 };
 
 }  // namespace kivra

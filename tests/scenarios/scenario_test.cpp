@@ -1,6 +1,6 @@
 // Plays every scenario under this folder. A scenario is a script of kivra-desk, a line "---" and
 // the output wanted, one JSON value a line: an object matches one that has at least its members,
-// "..." matches any number of lines.
+// "..." matches any number of lines, and of elements in an array.
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,22 @@ Scenario read(const std::filesystem::path& path) {
   return scenario;
 }
 
+bool matches(const Json& wanted, const Json& actual);
+
+bool elementsMatch(const Json& wanted, std::size_t w, const Json& actual, std::size_t a) {
+  if (w == wanted.size()) return a == actual.size();
+  if (wanted[w] != "...") {
+    return a < actual.size() && matches(wanted[w], actual[a]) &&
+           elementsMatch(wanted, w + 1, actual, a + 1);
+  }
+  for (auto rest = a; rest <= actual.size(); ++rest) {
+    if (elementsMatch(wanted, w + 1, actual, rest)) return true;
+  }
+  return false;
+}
+
 bool matches(const Json& wanted, const Json& actual) {
+  if (wanted.is_array()) return actual.is_array() && elementsMatch(wanted, 0, actual, 0);
   if (!wanted.is_object()) return wanted == actual;
   return actual.is_object() && std::ranges::all_of(wanted.items(), [&](const auto& member) {
            return actual.contains(member.key()) && matches(member.value(), actual[member.key()]);

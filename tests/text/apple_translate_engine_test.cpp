@@ -51,7 +51,7 @@ TEST_F(AppleTranslateEngineTest, KeepsOneInvisibleWindow) {
   EXPECT_EQ(made->attributes.alphaValue, 0);
   EXPECT_EQ(made->attributes.collectionBehavior, 17U);
   EXPECT_TRUE(made->attributes.ignoresMouseEvents);
-  EXPECT_EQ(made->content.kind, "Empty");
+  EXPECT_TRUE(made->content.kind == ViewKind::empty);
   desktop_.time.runFor(1s);
   EXPECT_EQ(first.result, "done");
   test::Outcome again;
@@ -83,7 +83,7 @@ TEST_F(AppleTranslateEngineTest, ShowsThePanelWhileAPackIsFetched) {
   EXPECT_EQ(state->level, 0);
   EXPECT_FALSE(state->isInFront);
   desktop_.time.serve();
-  EXPECT_EQ(state->content.kind, "Empty");
+  EXPECT_TRUE(state->content.kind == ViewKind::empty);
 }
 
 TEST_F(AppleTranslateEngineTest, HidesThePanelWhenNoAnswerComes) {

@@ -40,6 +40,7 @@ TEST(Script, EndsAtTheFirstLineThatIsNotValid) {
            R"({"op":"source","id":"fr"})",
            R"({"op":"sources","list":[1]})",
            R"({"op":"sources","list":[{"id":"x","languages":["en"],"layout":"nowhere"}]})",
+           R"({"op":"sources","list":[{"id":"x","languages":["en"],"layout":"us,ru"}]})",
            R"({"op":"focus","text":"ab","selection":[0,3]})",
            R"({"op":"select","range":[1,2]})",
            R"({"op":"select","range":[0]})",
@@ -56,6 +57,12 @@ TEST(Script, EndsAtTheFirstLineThatIsNotValid) {
            R"({"op":"instance","pid":"1"})",
            R"({"op":"tap","disabled":"boredom"})",
            R"({"op":"tap"})",
+           R"({"op":"choose","item":"Открыть"})",
+           R"({"op":"choose","item":"Разрешения выданы ✓"})",
+           R"({"op":"choose"})",
+           R"({"op":"window","name":"about"})",
+           R"({"op":"press","window":"settings","text":"Общие"})",
+           R"({"op":"close","window":"permissions"})",
        }) {
     const auto [status, output] = play("# a comment\n\n{\"op\":\"key\",\"code\":0}\n" +
                                        std::string(line) + "\n{\"op\":\"report\"}\n");

@@ -75,7 +75,8 @@ int main(int count, char** values) {
   }
   if (!arguments->file || *arguments->file == "-") return run(*arguments, std::cin);
   std::ifstream file(*arguments->file);
-  if (!file) {
+  file.peek();  // a directory can be opened, but not read
+  if (!file.is_open() || file.bad()) {
     std::cerr << "kivra-desk: cannot read " << *arguments->file << ": " << std::strerror(errno)
               << '\n';
     return 1;

@@ -3,6 +3,8 @@
 #include <array>
 #include <variant>
 
+#include "app/core_controller.h"
+
 namespace kivra::desk {
 
 namespace {
@@ -53,7 +55,6 @@ Json report(Session& session) {
   const auto& field = desktop.application.front().field;
   const auto [begin, end] = field.selection();
   const auto source = desktop.inputSources.copyCurrentKeyboardInputSource();
-  const auto* core = app.delegate->coreController();
   Json state;
   state["text"] = field.text();
   state["selection"] = Json::array({begin, end});
@@ -63,7 +64,7 @@ Json report(Session& session) {
   state["exceptions"] = app.services.exceptions().tokens();
   state["replacements"] = replacements(app.services.replacements());
   state["pasteboard"] = desktop.pasteboard.toJson();
-  state["running"] = core != nullptr && core->isIntercepting();
+  state["running"] = app.services.coreController().isIntercepting();
   state["clock"] = desktop.time.now().count();
   state["persistent"] = persistent(desktop.defaults);
   return Json{{"report", std::move(state)}};

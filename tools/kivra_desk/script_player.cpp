@@ -85,10 +85,14 @@ const ScriptPlayer::Entry& ScriptPlayer::entryFor(const std::string& name) {
       {"model", &ScriptPlayer::configure, false},
       {"translator", &ScriptPlayer::configure, false},
       {"languages", &ScriptPlayer::configure, false},
-      {"menu", &ScriptPlayer::notYet},
-      {"choose", &ScriptPlayer::notYet},
+      {"menu", &ScriptPlayer::menu},
+      {"choose", &ScriptPlayer::choose},
       {"button", &ScriptPlayer::configure},
-      {"window", &ScriptPlayer::notYet},
+      {"window", &ScriptPlayer::window},
+      {"press", &ScriptPlayer::press},
+      {"edit", &ScriptPlayer::edit},
+      {"pick", &ScriptPlayer::pick},
+      {"close", &ScriptPlayer::close},
   };
   const auto* found = std::ranges::find(entries, name, &Entry::name);
   if (found == std::end(entries)) throw ScriptError("unknown operation: " + name);
@@ -107,10 +111,6 @@ void ScriptPlayer::play(const Operation& operation) {
   if (session_.isLaunched()) session_.desktop().time.serve();
   if (isOver()) return;
   (this->*entry.play)(operation);
-}
-
-void ScriptPlayer::notYet(const Operation& operation) {
-  throw ScriptError("the operation \"" + operation.name() + "\" is not built yet");
 }
 
 void ScriptPlayer::configure(const Operation& operation) {
@@ -273,6 +273,35 @@ void ScriptPlayer::tap(const Operation& operation) {
   events.disableTap(reason == "timeout" ? EventType::tapDisabledByTimeout
                                         : EventType::tapDisabledByUserInput);
 }
+
+void ScriptPlayer::menu(const Operation& /*operation*/) {
+  output_(Json{{"menu", embedded::menuJson(session_.desktop().statusBar.openMenu())}});
+}
+
+void ScriptPlayer::choose(const Operation& operation) { user().choose(operation.string("item")); }
+
+void ScriptPlayer::window(const Operation& operation) {
+  output_(user().look(operation.string("name")));
+}
+
+void ScriptPlayer::press(const Operation& operation) {
+  const auto window = operation.string("window");
+  user().press(window, operation.string("text"));
+}
+
+void ScriptPlayer::edit(const Operation& operation) {
+  const auto window = operation.string("window");
+  const auto field = operation.string("field");
+  user().edit(window, field, operation.string("text"));
+}
+
+void ScriptPlayer::pick(const Operation& operation) {
+  const auto window = operation.string("window");
+  const auto picker = operation.string("picker");
+  user().pick(window, picker, operation.string("option"));
+}
+
+void ScriptPlayer::close(const Operation& operation) { user().close(operation.string("window")); }
 
 void ScriptPlayer::restart(const Operation& /*operation*/) { session_.restart(); }
 

@@ -6,6 +6,7 @@
 
 #include "operation.h"
 #include "session.h"
+#include "user.h"
 
 namespace kivra::desk {
 
@@ -45,7 +46,15 @@ class ScriptPlayer {
   void restart(const Operation& operation);
   void printReport(const Operation& operation);
   void configure(const Operation& operation);
-  void notYet(const Operation& operation);
+  void menu(const Operation& operation);
+  void choose(const Operation& operation);
+  void window(const Operation& operation);
+  void press(const Operation& operation);
+  void edit(const Operation& operation);
+  void pick(const Operation& operation);
+  void close(const Operation& operation);
+
+  User user() { return User(session_.desktop()); }
 
   embedded::Effects::Sink output_;
   Session session_;

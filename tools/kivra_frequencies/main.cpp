@@ -38,7 +38,7 @@ using Table = std::map<std::string, Entry>;
 
 // A word that only the web list has gets a guessed count per hundred million words: the more cases
 // it was seen in, the more common it is. The three figures lie below the rarest counted words.
-constexpr double kGuessedCounts[] = {0, 8, 25, 70};
+constexpr double guessedCounts[] = {0, 8, 25, 70};
 
 std::optional<std::string> readFile(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -82,7 +82,7 @@ void addModel(const Model& model, Table& table) {
     const double perHundredMillion = count * 1e8 / model.total;
     entry.perHundredMillion += perHundredMillion;
     if (letterCaseOf(word) == LetterCase::lower) entry.inLowerCase += perHundredMillion;
-    entry.seen = static_cast<std::uint8_t>(entry.seen | caseBit(word) | kSeenCounted);
+    entry.seen = static_cast<std::uint8_t>(entry.seen | caseBit(word) | seenCounted);
   }
 }
 
@@ -129,8 +129,8 @@ std::string_view partOf(std::string_view data, std::size_t wanted) {
                      static_cast<std::size_t>(end - offsets[wanted]));
 }
 
-constexpr std::size_t kWordListPart = 19;
-constexpr std::size_t kCharacterSetPart = 21;
+constexpr std::size_t wordListPart = 19;
+constexpr std::size_t characterSetPart = 21;
 
 std::vector<std::u32string> readCharacters(std::string_view part) {
   std::vector<std::u32string> out;
@@ -194,8 +194,8 @@ class WordGraph {
 bool readWebWords(const std::string& path, Table& table) {
   const auto data = readFile(path);
   if (!data) return false;
-  const WordGraph graph(partOf(*data, kWordListPart),
-                        readCharacters(partOf(*data, kCharacterSetPart)));
+  const WordGraph graph(partOf(*data, wordListPart),
+                        readCharacters(partOf(*data, characterSetPart)));
   std::size_t words = 0;
   graph.forEachWord([&](const std::u32string& word) {
     ++words;
@@ -215,7 +215,7 @@ bool isWord(std::string_view code, bool russian) {
 
 double countOf(const Entry& entry) {
   if (entry.perHundredMillion > 0) return entry.perHundredMillion;
-  return kGuessedCounts[std::popcount(static_cast<unsigned>(entry.seen & 7U))];
+  return guessedCounts[std::popcount(static_cast<unsigned>(entry.seen & 7U))];
 }
 
 int levelOf(const Entry& entry) {
@@ -223,17 +223,17 @@ int levelOf(const Entry& entry) {
 }
 
 // The letter keys of the two layouts; a key that gives a sign in one of them has none there.
-constexpr std::string_view kKeysEnglish = "qwertyuiop  asdfghjkl  zxcvbnm  ";
-constexpr std::u32string_view kKeysRussian = U"йцукенгшщзхъфывапролджэячсмитьбю";
+constexpr std::string_view keysEnglish = "qwertyuiop  asdfghjkl  zxcvbnm  ";
+constexpr std::u32string_view keysRussian = U"йцукенгшщзхъфывапролджэячсмитьбю";
 
 // What the keys of a word give in the other layout; empty when that is no word.
 std::string twinOf(std::string_view code) {
   std::string twin;
   for (const char c : code) {
     char other = ' ';
-    for (std::size_t key = 0; key < kKeysEnglish.size(); ++key) {
-      const char english = kKeysEnglish[key];
-      const char russian = cyrillicCode(kKeysRussian[key]);
+    for (std::size_t key = 0; key < keysEnglish.size(); ++key) {
+      const char english = keysEnglish[key];
+      const char russian = cyrillicCode(keysRussian[key]);
       if (c == english) other = russian;
       if (c == russian) other = english;
     }
@@ -248,20 +248,20 @@ std::string twinOf(std::string_view code) {
 // these ratios the words lost are 1 or 2 in 10,000 of running text, the words won one in ten. The
 // ratio is higher where Russian words would be lost, as the lists, made from an encyclopedia, make
 // too little of the words of stories and talk.
-constexpr double kRussianWinsAt = 5;
-constexpr double kEnglishWinsAt = 40;
+constexpr double russianWinsAt = 5;
+constexpr double englishWinsAt = 40;
 
 void markShadowed(Table& table, const Table& others, double ratio) {
   for (auto& [code, entry] : table) {
     const auto twin = others.find(twinOf(code));
     if (twin == others.end() || twin->second.inLowerCase < ratio * countOf(entry)) continue;
-    entry.seen |= kSeenShadowed;
+    entry.seen |= seenShadowed;
   }
 }
 
 bool writeTable(const std::string& path, const Table& table, bool russian) {
   std::ofstream out(path, std::ios::binary);
-  out << kFrequencyFileHeader << '\n';
+  out << frequencyFileHeader << '\n';
   for (const auto& [code, entry] : table) {
     if (code.empty() || !isWord(code, russian)) continue;
     out << decodeWord(code) << '\t' << levelOf(entry) << '\t' << int{entry.seen} << '\n';
@@ -302,8 +302,8 @@ int run(const std::vector<std::string>& arguments) {
     std::fprintf(stderr, "kivra-frequencies: cannot read %s\n", arguments[i + 2].c_str());
     return 1;
   }
-  markShadowed(languages[0].table, languages[1].table, kEnglishWinsAt);
-  markShadowed(languages[1].table, languages[0].table, kRussianWinsAt);
+  markShadowed(languages[0].table, languages[1].table, englishWinsAt);
+  markShadowed(languages[1].table, languages[0].table, russianWinsAt);
   for (const Language& language : languages) {
     const std::string path = arguments[1] + "/" + language.code + ".freq";
     if (writeTable(path, language.table, language.code == "ru")) continue;

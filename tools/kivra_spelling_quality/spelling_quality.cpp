@@ -10,24 +10,24 @@ namespace kivra::quality {
 namespace {
 
 // The two layouts key by key, plain and shifted.
-constexpr std::u32string_view kKeysEnglish =
+constexpr std::u32string_view keysEnglish =
     U"`1234567890-=qwertyuiop[]\\asdfghjkl;'zxcvbnm,./"
     U"~!@#$%^&*()_+QWERTYUIOP{}|ASDFGHJKL:\"ZXCVBNM<>?";
-constexpr std::u32string_view kKeysRussian =
+constexpr std::u32string_view keysRussian =
     U"ё1234567890-=йцукенгшщзхъ\\фывапролджэячсмитьбю."
     U"Ё!\"№;%:?*()_+ЙЦУКЕНГШЩЗХЪ/ФЫВАПРОЛДЖЭЯЧСМИТЬБЮ,";
-static_assert(kKeysEnglish.size() == kKeysRussian.size());
+static_assert(keysEnglish.size() == keysRussian.size());
 
-constexpr std::u32string_view kOneKeyRussian = U"авикосуя";
-constexpr std::u32string_view kOneKeyEnglish = U"ai";
+constexpr std::u32string_view oneKeyRussian = U"авикосуя";
+constexpr std::u32string_view oneKeyEnglish = U"ai";
 
-std::u32string_view keys(bool russian) { return russian ? kKeysRussian : kKeysEnglish; }
+std::u32string_view keys(bool russian) { return russian ? keysRussian : keysEnglish; }
 
 bool isDigit(char32_t c) { return c >= U'0' && c <= U'9'; }
 
 bool isWordKey(std::size_t key) {
-  return isLetterScalar(kKeysEnglish[key]) || isLetterScalar(kKeysRussian[key]) ||
-         isDigit(kKeysEnglish[key]);
+  return isLetterScalar(keysEnglish[key]) || isLetterScalar(keysRussian[key]) ||
+         isDigit(keysEnglish[key]);
 }
 
 std::string toUtf8(std::u32string_view text) {
@@ -115,12 +115,12 @@ std::u32string_view lastWord(std::u32string_view token, bool russian) {
 template <typename Word>
 void forEachWord(std::string_view text, bool russian, Word&& word) {
   const std::u32string scalars = decodeUtf8(text);
-  constexpr std::u32string_view kBlanks = U" \t\r\n";
-  for (std::size_t pos = scalars.find_first_not_of(kBlanks); pos != std::u32string::npos;) {
-    const std::size_t end = std::min(scalars.find_first_of(kBlanks, pos), scalars.size());
+  constexpr std::u32string_view blanks = U" \t\r\n";
+  for (std::size_t pos = scalars.find_first_not_of(blanks); pos != std::u32string::npos;) {
+    const std::size_t end = std::min(scalars.find_first_of(blanks, pos), scalars.size());
     const auto typed = lastWord(std::u32string_view(scalars).substr(pos, end - pos), russian);
     if (!typed.empty()) word(typed);
-    pos = scalars.find_first_not_of(kBlanks, end);
+    pos = scalars.find_first_not_of(blanks, end);
   }
 }
 
@@ -169,8 +169,8 @@ std::optional<Outcome> decide(const Oracle& oracle, std::u32string_view meant, b
   if (typed.empty() || looksLikeSecret(typed)) return std::nullopt;
   const Outcome switched{Change::switched, toUtf8(converted)};
   if (typed.size() == 1) {
-    const auto& own = typedRussian ? kOneKeyRussian : kOneKeyEnglish;
-    const auto& other = typedRussian ? kOneKeyEnglish : kOneKeyRussian;
+    const auto& own = typedRussian ? oneKeyRussian : oneKeyEnglish;
+    const auto& other = typedRussian ? oneKeyEnglish : oneKeyRussian;
     const bool switches = allLetters(typed) && allLetters(converted) &&
                           own.find(lowerScalar(typed[0])) == std::u32string_view::npos &&
                           other.find(lowerScalar(converted[0])) != std::u32string_view::npos;

@@ -13,9 +13,9 @@ namespace {
 namespace fs = std::filesystem;
 using Names = std::vector<std::string>;
 
-constexpr std::string_view kAff = "SET UTF-8\nSFX A Y 1\nSFX A 0 s [^s]\n";
-constexpr std::string_view kDic = "6\ncorrect/A\nletter/A\nWednesday\nyellow/A\ncat/A\nzyx\n";
-constexpr std::string_view kFreq =
+constexpr std::string_view aff = "SET UTF-8\nSFX A Y 1\nSFX A 0 s [^s]\n";
+constexpr std::string_view dic = "6\ncorrect/A\nletter/A\nWednesday\nyellow/A\ncat/A\nzyx\n";
+constexpr std::string_view freq =
     "kivra frequencies 1\ncorrect\t40\t17\nletter\t40\t17\nletters\t20\t17\nwednesday\t30\t18\n"
     "cat\t30\t17\nkubectl\t30\t17\nyellow\t30\t17\n";
 
@@ -34,9 +34,9 @@ class HunspellSpellCheckerTest : public testing::Test {
   }
 
   void writeEnglish() {
-    write("en_US.aff", kAff);
-    write("en_US.dic", kDic);
-    write("en.freq", kFreq);
+    write("en_US.aff", aff);
+    write("en_US.dic", dic);
+    write("en.freq", freq);
   }
 
   HunspellSpellChecker::Options options() {
@@ -64,15 +64,16 @@ TEST_F(HunspellSpellCheckerTest, offersWhatIsInstalled) {
   EXPECT_EQ(offered(), Names{});
   writeEnglish();
   EXPECT_EQ(offered(), Names{"en_US"});
-  write("en_GB.aff", kAff);
-  write("en_GB.dic", kDic);
+  write("en_GB.aff", aff);
+  write("en_GB.dic", dic);
   EXPECT_EQ(offered(), Names{"en_US"});
 }
 
 TEST_F(HunspellSpellCheckerTest, startsByItselfWhenAsked) {
   writeEnglish();
   HunspellSpellChecker checker(options());
-  while (checker.availableLanguages().empty()) usleep(1000);
+  for (int i = 0; i < 10'000 && checker.availableLanguages().empty(); ++i) usleep(1000);
+  ASSERT_EQ(checker.availableLanguages(), Names{"en_US"});
   EXPECT_TRUE(isValid(checker, "letters"));
 }
 
@@ -84,7 +85,7 @@ TEST_F(HunspellSpellCheckerTest, damagedDictionaryIsNotOffered) {
   EXPECT_EQ(offered(), Names{});
   write("en_US.dic", "2\nletter\n\xff\xfe\n");  // not in its encoding
   EXPECT_EQ(offered(), Names{});
-  write("en_US.dic", kDic);
+  write("en_US.dic", dic);
   write("en_US.aff", "SFX A Y 1\n");  // names no encoding
   EXPECT_EQ(offered(), Names{});
   write("en_US.aff", "SET KLINGON-8\n");
@@ -96,8 +97,8 @@ TEST_F(HunspellSpellCheckerTest, damagedDictionaryIsNotOffered) {
 TEST_F(HunspellSpellCheckerTest, nextDictionaryStandsInForADamagedOne) {
   writeEnglish();
   write("en_US.dic", "");
-  write("en_GB.aff", kAff);
-  write("en_GB.dic", kDic);
+  write("en_GB.aff", aff);
+  write("en_GB.dic", dic);
   EXPECT_EQ(offered(), Names{"en_GB"});
 }
 

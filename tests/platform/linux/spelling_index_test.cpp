@@ -54,19 +54,19 @@ TEST(WordAutomaton, soundnessFindsCirclesAndWrongNumbers) {
 }
 
 TEST(SpellingIndex, knowsFormsCasesAndFrequencies) {
-  const WordFrequencies list = {{code(U"кот"), {40, kSeenLower | kSeenCounted}},
-                                {code(U"еж"), {20, kSeenLower}},
-                                {code(U"щас"), {17, kSeenLower | kSeenShadowed}}};
+  const WordFrequencies list = {{code(U"кот"), {40, seenLower | seenCounted}},
+                                {code(U"еж"), {20, seenLower}},
+                                {code(U"щас"), {17, seenLower | seenShadowed}}};
   const auto index =
       SpellingIndex::fromBlock(blockOf({U"кот", U"Кот", U"Москва", U"ёж", U"США"}, list), 7);
   ASSERT_TRUE(index);
   EXPECT_EQ(index->find(code(U"кот")),
-            (IndexedWord{true, LetterCase::lower, {40, kSeenLower | kSeenCounted}}));
+            (IndexedWord{true, LetterCase::lower, {40, seenLower | seenCounted}}));
   EXPECT_EQ(index->find(code(U"москва")), (IndexedWord{true, LetterCase::capitalised, {}}));
   EXPECT_EQ(index->find(code(U"сша")), (IndexedWord{true, LetterCase::upper, {}}));
   EXPECT_EQ(index->find(code(U"щас")),
-            (IndexedWord{false, LetterCase::lower, {17, kSeenLower | kSeenShadowed}}));
-  const IndexedWord hedgehog{true, LetterCase::lower, {20, kSeenLower}};
+            (IndexedWord{false, LetterCase::lower, {17, seenLower | seenShadowed}}));
+  const IndexedWord hedgehog{true, LetterCase::lower, {20, seenLower}};
   EXPECT_EQ(index->find(code(U"ёж")), hedgehog);
   EXPECT_EQ(index->find(code(U"еж")), hedgehog);
   EXPECT_FALSE(index->find(code(U"ко")));
@@ -79,7 +79,7 @@ TEST(SpellingIndex, leavesOutForbiddenForms) {
         form(U"alot", true);
         form(U"alot", false);
       },
-      {{"alot", {30, kSeenLower}}}, 7);
+      {{"alot", {30, seenLower}}}, 7);
   const auto index = SpellingIndex::fromBlock(block, 7);
   ASSERT_TRUE(index);
   EXPECT_TRUE(index->find("good"));

@@ -1,10 +1,10 @@
-#include "text_services.h"
+#include "linux_text_services.h"
 
 #include "platform/qt/main_thread.h"
 
 namespace kivra {
 
-TextServices::TextServices(RunLoop& runLoop, AccessibilityBus& bus)
+LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus)
     : accessibility(bus, runLoop),
       languageModel(httpClient, runLoop),
       pasteboard(runLoop),

@@ -15,8 +15,8 @@ namespace kivra {
 
 /// What translating and correcting needs of the Linux desktop, put together. Needs a
 /// QCoreApplication; ends before it and before the run loop and the bus.
-struct TextServices {
-  TextServices(RunLoop& runLoop, AccessibilityBus& bus);
+struct LinuxTextServices {
+  LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus);
 
   AtspiAccessibility accessibility;
   qt::QtHttpClient httpClient;

@@ -1,4 +1,4 @@
-#include "text_services.h"
+#include "linux_text_services.h"
 
 #include <gtest/gtest.h>
 
@@ -14,9 +14,9 @@ namespace kivra {
 namespace {
 
 /// The session of the whole process.
-class TextServicesTest : public testing::Test {
+class LinuxTextServicesTest : public testing::Test {
  protected:
-  TextServicesTest() {
+  LinuxTextServicesTest() {
     for (const auto& [name, value] : session_.environment()) {
       ::setenv(name.c_str(), value.c_str(), 1);
     }
@@ -28,10 +28,10 @@ class TextServicesTest : public testing::Test {
   e2e::XSession session_{{.windowManager = false}};
   qt::QtRunLoop runLoop_;
   std::optional<AccessibilityBus> bus_;
-  std::optional<TextServices> services_;
+  std::optional<LinuxTextServices> services_;
 };
 
-TEST_F(TextServicesTest, WorkTogetherInASessionOfTheirOwn) {
+TEST_F(LinuxTextServicesTest, WorkTogetherInASessionOfTheirOwn) {
   EXPECT_NE(services_->accessibility.createSystemWide(), nullptr);
   EXPECT_EQ(services_->locale.preferredLanguages(), (std::vector<std::string>{"ru-RU"}));
   EXPECT_EQ(services_->languageRecognizer.dominantLanguage("Добрый день, как дела?"), "ru");
@@ -46,7 +46,7 @@ TEST_F(TextServicesTest, WorkTogetherInASessionOfTheirOwn) {
 }
 
 // The clipboard as the text half uses it, over what another program copied.
-TEST_F(TextServicesTest, BorrowTheClipboardAndGiveItBack) {
+TEST_F(LinuxTextServicesTest, BorrowTheClipboardAndGiveItBack) {
   const auto before = services_->pasteboard.changeCount();
   const auto xclip = session_.start({"sh", "-c",
                                      "printf '<b>мой</b>' | "

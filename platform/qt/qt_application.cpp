@@ -1,0 +1,74 @@
+#include "platform/qt/qt_application.h"
+
+#include <signal.h>
+#include <sys/signalfd.h>
+#include <unistd.h>
+
+#include <QSocketNotifier>
+#include <cstdlib>
+#include <utility>
+
+namespace kivra::qt {
+
+namespace {
+
+/// Makes the signals readable instead of deadly, for all threads made later as well.
+int catchSignals() {
+  sigset_t caught;
+  sigemptyset(&caught);
+  sigaddset(&caught, SIGTERM);
+  sigaddset(&caught, SIGINT);
+  pthread_sigmask(SIG_BLOCK, &caught, nullptr);
+  return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+/// Where there is no display, windows are drawn for nobody: the program has to run there too, to
+/// say what is missing.
+int& withoutDisplay(int& count) {
+  if (!qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
+  return count;
+}
+
+bool isLooping = false;
+
+std::function<void()>& displayLostHandler() {
+  static std::function<void()> handler;
+  return handler;
+}
+
+/// Qt leaves no other way to learn of a lost display: it ends the process from inside the loop.
+void tellOfLostDisplay() {
+  if (isLooping && displayLostHandler()) displayLostHandler()();
+}
+
+}  // namespace
+
+QtApplication::QtApplication(int& count, char** values)
+    : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+  QApplication::setQuitOnLastWindowClosed(false);
+  auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
+  QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
+}
+
+QtApplication::~QtApplication() { ::close(caughtSignals_); }
+
+void QtApplication::setDisplayLostHandler(std::function<void()> handler) {
+  displayLostHandler() = std::move(handler);
+}
+
+int QtApplication::run() {
+  std::atexit(tellOfLostDisplay);
+  isLooping = true;
+  const auto status = QApplication::exec();
+  isLooping = false;
+  return status;
+}
+
+void QtApplication::exit(int status) {
+  // Before the loop runs Qt ignores a request to end it.
+  QMetaObject::invokeMethod(
+      QCoreApplication::instance(), [status] { QCoreApplication::exit(status); },
+      Qt::QueuedConnection);
+}
+
+}  // namespace kivra::qt

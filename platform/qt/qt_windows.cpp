@@ -1,0 +1,131 @@
+#include "platform/qt/qt_windows.h"
+
+#include <QCloseEvent>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QVBoxLayout>
+#include <QWidget>
+#include <optional>
+#include <utility>
+
+#include "platform/qt/drawn_view.h"
+
+namespace kivra::qt {
+
+namespace {
+
+/// The widget of a window: closing it hides it and tells.
+class WindowWidget : public QWidget {
+ public:
+  explicit WindowWidget(Qt::WindowFlags flags) : QWidget(nullptr, flags) {}
+
+  std::function<void()> closeHandler;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override {
+    event->accept();
+    const auto handler = closeHandler;
+    if (handler) handler();
+  }
+};
+
+Qt::WindowFlags windowFlags(const WindowAttributes& attributes) {
+  if (attributes.styleMask == window_styles::borderless) {
+    // Such a window is seen only as a panel above all others.
+    return Qt::Tool | Qt::FramelessWindowHint | Qt::WindowStaysOnTopHint;
+  }
+  return Qt::Window | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowSystemMenuHint |
+         Qt::WindowCloseButtonHint;
+}
+
+class QtWindow : public Window {
+ public:
+  explicit QtWindow(const WindowAttributes& attributes)
+      : widget_(windowFlags(attributes)), alpha_(attributes.alphaValue) {
+    widget_.setObjectName(QString::fromStdString(attributes.name));
+    widget_.setWindowTitle(QString::fromStdString(attributes.title));
+    widget_.setAttribute(Qt::WA_QuitOnClose, false);
+    if (!attributes.isOpaque) widget_.setAttribute(Qt::WA_TranslucentBackground);
+    if (attributes.ignoresMouseEvents) widget_.setAttribute(Qt::WA_TransparentForMouseEvents);
+    layout_ = new QVBoxLayout(&widget_);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    if (attributes.contentSize) {
+      widget_.setFixedSize(attributes.contentSize->width, attributes.contentSize->height);
+    } else {
+      layout_->setSizeConstraint(QLayout::SetFixedSize);
+    }
+  }
+
+  void setContent(View content) override {
+    if (drawn_ && kind_ == content.kind) {
+      drawn_->update(content);
+      return;
+    }
+    if (drawn_) drawn_->widget()->deleteLater();
+    kind_ = content.kind;
+    drawn_ = drawView(content, Surroundings::window);
+    layout_->addWidget(drawn_->widget());
+  }
+
+  void setContentSize(WindowSize size) override { widget_.setFixedSize(size.width, size.height); }
+
+  void center() override {
+    widget_.adjustSize();
+    const auto* const screen = widget_.screen();
+    if (screen == nullptr) return;
+    auto frame = widget_.frameGeometry();
+    frame.moveCenter(screen->availableGeometry().center());
+    widget_.move(frame.topLeft());
+  }
+
+  void setAlphaValue(double alpha) override {
+    alpha_ = alpha;
+    if (alpha_ > 0) {
+      widget_.setWindowOpacity(alpha_);
+    } else {
+      widget_.hide();
+    }
+  }
+
+  void setLevel(int /*level*/) override {}  // a borderless window is above the others anyway
+
+  void makeKeyAndOrderFront() override {
+    if (alpha_ <= 0) return;
+    if (place_) widget_.restoreGeometry(std::exchange(place_, std::nullopt).value());
+    widget_.show();
+    widget_.raise();
+    widget_.activateWindow();
+  }
+
+  void orderBack() override {
+    if (alpha_ > 0) widget_.lower();
+  }
+
+  void close() override {
+    if (!widget_.isVisible()) return;
+    widget_.close();
+  }
+
+  void setCloseHandler(std::function<void()> handler) override {
+    widget_.closeHandler = [this, handler = std::move(handler)] {
+      place_ = widget_.saveGeometry();
+      handler();
+    };
+  }
+
+ private:
+  std::unique_ptr<DrawnView> drawn_;  // outlives the widgets, which may still call it
+  WindowWidget widget_;
+  QVBoxLayout* layout_ = nullptr;
+  double alpha_;
+  std::optional<QByteArray> place_;  ///< of a closed window
+  ViewKind kind_ = ViewKind::empty;
+};
+
+}  // namespace
+
+std::unique_ptr<Window> QtWindows::windowCreate(const WindowAttributes& attributes) {
+  return std::make_unique<QtWindow>(attributes);
+}
+
+}  // namespace kivra::qt

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QAbstractScrollArea>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/qt/drawn_view.h"
+
+namespace kivra::qt {
+
+/// A list of equally high rows, of which only those in sight are drawn: it opens and scrolls at
+/// once however long it is.
+class RowsArea : public QAbstractScrollArea {
+ public:
+  RowsArea();
+
+  void setRows(std::shared_ptr<const ViewRows> rows);
+
+  QSize sizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  void scrollContentsBy(int dx, int dy) override;
+  bool viewportEvent(QEvent* event) override;
+
+ private:
+  using Drawn = std::shared_ptr<DrawnView>;
+
+  int count() const { return rows_ ? static_cast<int>(rows_->count()) : 0; }
+  void measure();
+  void updateScrollBar();
+  void placeRows();
+  void retireAll(std::map<std::string, Drawn>& rows);
+  Drawn rowWidget(const View& view);
+  void paintLines();
+
+  std::shared_ptr<const ViewRows> rows_;
+  int rowHeight_ = 0;
+  std::map<std::string, Drawn> inSight_;  // by the rows' identities
+  std::vector<Drawn> spare_;
+};
+
+}  // namespace kivra::qt

@@ -1,0 +1,178 @@
+#include "platform/x11/x11_connection.h"
+
+#include <xcb/xinput.h>
+#define explicit explicit_  // a member of this name in the header, written for C
+#include <xcb/xkb.h>
+#undef explicit
+#include <xkbcommon/xkbcommon-x11.h>
+#include <xkbcommon/xkbcommon.h>
+
+#include <cstdlib>
+#include <cstring>
+
+namespace kivra::x11 {
+
+namespace {
+
+struct Free {
+  void operator()(void* memory) const { std::free(memory); }
+};
+template <class T>
+using Reply = std::unique_ptr<T, Free>;
+
+// A property in 32-bit units.
+constexpr std::uint32_t longestProperty = 1024;
+
+bool hasExtension(xcb_connection_t* connection, std::string_view name) {
+  const Reply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
+      connection,
+      xcb_query_extension(connection, static_cast<std::uint16_t>(name.size()), name.data()),
+      nullptr));
+  return reply && reply->present != 0;
+}
+
+bool hasXInput(xcb_connection_t* connection) {
+  if (!hasExtension(connection, "XInputExtension")) return false;
+  const Reply<xcb_input_xi_query_version_reply_t> reply(xcb_input_xi_query_version_reply(
+      connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
+  return reply &&
+         (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2));
+}
+
+void selectEvents(xcb_connection_t* connection) {
+  constexpr auto events = XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY;
+  constexpr auto parts = static_cast<std::uint16_t>(
+      XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP);
+  xcb_xkb_select_events(connection, XCB_XKB_ID_USE_CORE_KBD, events, 0, events, parts, parts,
+                        nullptr);
+  xcb_flush(connection);
+}
+
+}  // namespace
+
+X11Connection::~X11Connection() {
+  if (connection_ != nullptr) xcb_disconnect(connection_);
+}
+
+bool X11Connection::connect() {
+  if (isConnected()) return true;
+  if (connection_ != nullptr) xcb_disconnect(connection_);
+  int screen = 0;
+  connection_ = xcb_connect(nullptr, &screen);
+  if (xcb_connection_has_error(connection_) != 0) {
+    xcb_disconnect(connection_);
+    connection_ = nullptr;
+    problem_ = std::getenv("WAYLAND_DISPLAY") != nullptr
+                   ? "сеанс Wayland без X-сервера: войдите в сеанс X11 (Xorg)"
+                   : "нет X-сервера (DISPLAY)";
+    return false;
+  }
+  auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_));
+  for (; screen > 0 && roots.rem > 1; --screen) xcb_screen_next(&roots);
+  root_ = roots.data->root;
+  const auto lacking = missing();
+  problem_ = lacking.empty() ? "" : "X-сервер не умеет: " + lacking;
+  if (problem_.empty()) selectEvents(connection_);
+  return problem_.empty();
+}
+
+std::string X11Connection::missing() {
+  std::string names;
+  const auto check = [&names](bool present, const char* name) {
+    if (!present) names += (names.empty() ? "" : ", ") + std::string(name);
+  };
+  check(hasXInput(connection_), "XInput 2.2");
+  check(hasExtension(connection_, "XKEYBOARD") &&
+            xkb_x11_setup_xkb_extension(connection_, 1, 0, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
+                                        nullptr, nullptr, &xkbEvent_, nullptr) == 1,
+        "XKB");
+  check(hasExtension(connection_, "XTEST"), "XTEST");
+  check(hasExtension(connection_, "RECORD"), "RECORD");
+  return names;
+}
+
+bool X11Connection::isLost() const {
+  return connection_ != nullptr && xcb_connection_has_error(connection_) != 0;
+}
+
+bool X11Connection::readEvents() {
+  bool mapChanged = false;
+  if (connection_ == nullptr) return mapChanged;
+  while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
+    const auto type = event->response_type & 0x7F;
+    mapChanged = mapChanged || type == XCB_MAPPING_NOTIFY || type == xkbEvent_;
+  }
+  return mapChanged;
+}
+
+std::optional<std::string> X11Connection::property(xcb_window_t window, std::string_view name) {
+  if (!isConnected() || window == 0) return std::nullopt;
+  const auto cookie =
+      xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, longestProperty);
+  const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+  if (!reply || reply->type == XCB_ATOM_NONE) return std::nullopt;
+  const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
+  return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())), length);
+}
+
+xcb_window_t X11Connection::windowProperty(xcb_window_t window, std::string_view name) {
+  const auto bytes = property(window, name);
+  xcb_window_t value = 0;
+  if (bytes && bytes->size() >= sizeof value) std::memcpy(&value, bytes->data(), sizeof value);
+  return value;
+}
+
+xcb_window_t X11Connection::focusWindow() {
+  if (!isConnected()) return 0;
+  const Reply<xcb_get_input_focus_reply_t> reply(
+      xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
+  return reply && reply->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? reply->focus : 0;
+}
+
+xcb_window_t X11Connection::parent(xcb_window_t window) {
+  if (!isConnected()) return 0;
+  const Reply<xcb_query_tree_reply_t> reply(
+      xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
+  return reply ? reply->parent : 0;
+}
+
+std::optional<std::uint32_t> X11Connection::group() {
+  if (!isConnected()) return std::nullopt;
+  const Reply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(
+      connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
+  return reply ? std::optional<std::uint32_t>(reply->group) : std::nullopt;
+}
+
+std::vector<std::string> X11Connection::groupNames() {
+  std::vector<std::string> names;
+  if (!isConnected()) return names;
+  auto* const keymap = newKeymap();
+  if (keymap == nullptr) return names;
+  for (xkb_layout_index_t i = 0; i < xkb_keymap_num_layouts(keymap); ++i) {
+    const auto* name = xkb_keymap_layout_get_name(keymap, i);
+    names.emplace_back(name == nullptr ? "" : name);
+  }
+  xkb_keymap_unref(keymap);
+  return names;
+}
+
+xkb_keymap* X11Connection::newKeymap() {
+  if (!isConnected()) return nullptr;
+  auto* const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
+  if (context == nullptr) return nullptr;
+  const auto device = xkb_x11_get_core_keyboard_device_id(connection_);
+  auto* const keymap = device < 0 ? nullptr
+                                  : xkb_x11_keymap_new_from_device(context, connection_, device,
+                                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
+  xkb_context_unref(context);
+  return keymap;
+}
+
+xcb_atom_t X11Connection::atom(std::string_view name) {
+  const auto cookie =
+      xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(name.size()), name.data());
+  const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
+  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+}
+
+}  // namespace kivra::x11

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct xkb_keymap;
+
+namespace kivra::x11 {
+
+/// The program's own connection to the X server, on which it asks about windows and layouts. The
+/// keys go through the guard's. Everything asked of a connection that is not there, or is broken,
+/// has no answer.
+class X11Connection {
+ public:
+  X11Connection() = default;
+  ~X11Connection();
+  X11Connection(const X11Connection&) = delete;
+  X11Connection& operator=(const X11Connection&) = delete;
+
+  /// Connects to the server of $DISPLAY unless connected. Afterwards `problem()` says what stands
+  /// in the way of the program, in a line for the user; empty when nothing does.
+  bool connect();
+  const std::string& problem() const { return problem_; }
+  bool isConnected() const { return connection_ != nullptr && problem_.empty(); }
+
+  /// True once the server has closed a connection that stood.
+  bool isLost() const;
+  int fd() const { return xcb_get_file_descriptor(connection_); }
+
+  /// Takes in what the server has sent; true when the keyboard map may have changed.
+  bool readEvents();
+
+  xcb_window_t root() const { return root_; }
+
+  /// A window property's bytes, at most 4 KiB; nothing when the window has no such property.
+  std::optional<std::string> property(xcb_window_t window, std::string_view name);
+
+  /// The first window number in a property, 0 for none.
+  xcb_window_t windowProperty(xcb_window_t window, std::string_view name);
+
+  /// The window with the keyboard focus, 0 for none.
+  xcb_window_t focusWindow();
+  xcb_window_t parent(xcb_window_t window);
+
+  /// The XKB group in effect.
+  std::optional<std::uint32_t> group();
+
+  /// The names of the keyboard map's groups ("English (US)"), in order; one for each group.
+  std::vector<std::string> groupNames();
+
+  /// The keyboard map of the session; the caller releases it. Null when it cannot be read.
+  xkb_keymap* newKeymap();
+
+ private:
+  xcb_atom_t atom(std::string_view name);
+  std::string missing();
+
+  xcb_connection_t* connection_ = nullptr;
+  xcb_window_t root_ = 0;
+  std::uint8_t xkbEvent_ = 0;
+  std::string problem_ = "not connected";
+};
+
+}  // namespace kivra::x11

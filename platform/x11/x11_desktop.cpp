@@ -1,0 +1,33 @@
+#include "platform/x11/x11_desktop.h"
+
+#include <utility>
+
+namespace kivra::x11 {
+
+X11Desktop::X11Desktop(Environment environment)
+    : environment_(std::move(environment)),
+      guard_(environment_.guardProgram),
+      eventTaps({.guard = guard_,
+                 .posted = posted_,
+                 .group = group_,
+                 .runLoop = environment_.runLoop,
+                 .log = environment_.log,
+                 .watchFd = environment_.watchFd}),
+      inputSources(connection_, posted_, group_, environment_.log),
+      workspace(connection_, environment_.isPasswordFocused) {}
+
+bool X11Desktop::connect() {
+  if (connection_.isConnected()) return true;
+  if (!connection_.connect()) return false;
+  watch_ = environment_.watchFd(connection_.fd(), [this] { readEvents(); });
+  return true;
+}
+
+void X11Desktop::readEvents() {
+  if (connection_.readEvents()) inputSources.invalidate();
+  if (!connection_.isLost()) return;
+  watch_.reset();
+  environment_.connectionLost();
+}
+
+}  // namespace kivra::x11

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/log.h"
+#include "platform/run_loop.h"
+#include "platform/x11/guard_link.h"
+#include "platform/x11/input_group.h"
+#include "platform/x11/posted_keys.h"
+#include "platform/x11/watch_fd.h"
+#include "platform/x11/x11_connection.h"
+#include "platform/x11/x11_event_posting.h"
+#include "platform/x11/x11_event_taps.h"
+#include "platform/x11/x11_input_sources.h"
+#include "platform/x11/x11_workspace.h"
+
+namespace kivra::x11 {
+
+/// The services of an X11 session, joined.
+class X11Desktop {
+ public:
+  struct Environment {
+    RunLoop& runLoop;
+    Log& log;
+    WatchFd watchFd;
+    std::string guardProgram;  ///< executable of the keyboard guard
+    std::function<bool()> isPasswordFocused;
+    std::function<void()> connectionLost;  ///< called once when the X server is gone
+  };
+
+  explicit X11Desktop(Environment environment);
+
+  /// Connects unless connected; false while the session cannot serve, for the reason `problem`.
+  bool connect();
+  const std::string& problem() const { return connection_.problem(); }
+
+ private:
+  void readEvents();
+
+  Environment environment_;
+  X11Connection connection_;
+  GuardLink guard_;
+  PostedKeys posted_;
+  InputGroup group_;
+  std::shared_ptr<void> watch_;
+
+ public:
+  X11EventPosting eventPosting{posted_};
+  X11EventTaps eventTaps;
+  X11InputSources inputSources;
+  X11Workspace workspace;
+};
+
+}  // namespace kivra::x11

@@ -1,0 +1,182 @@
+#include "platform/x11/x11_event_taps.h"
+
+#include <string>
+#include <utility>
+
+namespace kivra::x11 {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
+constexpr auto heartbeatInterval = 300ms;
+constexpr int mostUnanswered = 3;
+
+EventType eventType(ReportKind kind) {
+  switch (kind) {
+    case ReportKind::flagsChanged:
+      return EventType::flagsChanged;
+    case ReportKind::rightMouseDown:
+      return EventType::rightMouseDown;
+    // Like a click, it ends the word that was being typed.
+    case ReportKind::wordBroken:
+    case ReportKind::leftMouseDown:
+      return EventType::leftMouseDown;
+    case ReportKind::timedOut:
+      return EventType::tapDisabledByTimeout;
+    default:
+      return EventType::keyDown;
+  }
+}
+
+bool isNotice(EventType type) {
+  return type == EventType::tapDisabledByTimeout || type == EventType::tapDisabledByUserInput;
+}
+
+}  // namespace
+
+struct X11EventTaps::Tap : EventTapPort {
+  Tap(std::uint64_t eventMask, EventTapCallback eventCallback)
+      : mask(eventMask), callback(std::move(eventCallback)) {}
+
+  std::uint64_t mask;
+  EventTapCallback callback;
+};
+
+struct X11EventTaps::Source : RunLoopSource {};
+
+X11EventTaps::X11EventTaps(Environment environment)
+    : environment_(std::move(environment)), self_(std::make_shared<X11EventTaps*>(this)) {
+  environment_.posted.setWake([this] {
+    if (isInCallback_) return;
+    environment_.runLoop.asyncAfter(0us, [weak = std::weak_ptr(self_)] {
+      if (const auto self = weak.lock()) (*self)->flushPosted();
+    });
+  });
+}
+
+X11EventTaps::~X11EventTaps() { environment_.posted.setWake(nullptr); }
+
+std::shared_ptr<EventTapPort> X11EventTaps::eventTapCreate(std::uint64_t mask,
+                                                           EventTapCallback callback) {
+  attach(false);
+  if (!environment_.guard.start()) return nullptr;
+  isEnabled_ = false;
+  auto tap = std::make_shared<Tap>(mask, std::move(callback));
+  tap_ = tap;
+  configureGuard();
+  return tap;
+}
+
+std::shared_ptr<RunLoopSource> X11EventTaps::createRunLoopSource(EventTapPort& /*port*/) {
+  return std::make_shared<Source>();
+}
+
+void X11EventTaps::runLoopAddSource(RunLoopSource& /*source*/) { attach(true); }
+
+void X11EventTaps::runLoopRemoveSource(RunLoopSource& /*source*/) { attach(false); }
+
+void X11EventTaps::eventTapEnable(EventTapPort& /*port*/, bool enable) {
+  isEnabled_ = enable;
+  environment_.guard.send({.kind = enable ? OrderKind::enable : OrderKind::disable});
+}
+
+void X11EventTaps::setConsumableKeys(const std::vector<KeyChord>& keys) {
+  std::vector<Chord> chords;
+  chords.reserve(keys.size());
+  for (const auto& key : keys) chords.push_back({key.keyCode, key.flags});
+  if (chords == chords_) return;
+  chords_ = std::move(chords);
+  environment_.guard.send({.kind = OrderKind::setConsumable}, chords_);
+}
+
+void X11EventTaps::attach(bool attached) {
+  watch_.reset();
+  heartbeat_.reset();
+  if (!attached || environment_.guard.fd() < 0) return;
+  watch_ = environment_.watchFd(environment_.guard.fd(), [this] { readReports(); });
+  unanswered_ = 0;
+  heartbeat_ = environment_.runLoop.scheduleRepeatingTimer(heartbeatInterval, [this] { beat(); });
+}
+
+void X11EventTaps::configureGuard() {
+  environment_.guard.send({.kind = OrderKind::setConsumable}, chords_);
+  if (isEnabled_) environment_.guard.send({.kind = OrderKind::enable});
+}
+
+void X11EventTaps::readReports() {
+  // A run loop that is turned inside a callback must not enter it again.
+  if (isInCallback_) return;
+  while (const auto report = environment_.guard.receive()) take(*report);
+  if (watch_ && environment_.guard.isGone()) replaceGuard();
+}
+
+void X11EventTaps::take(const Report& report) {
+  unanswered_ = 0;
+  if (report.kind == ReportKind::pong || report.kind == ReportKind::ready) return;
+  if (report.kind == ReportKind::keyTaken) {
+    environment_.log.log("Kivra: клавиша " + std::to_string(report.keyCode) +
+                         " занята другой программой и не перехватывается");
+    return;
+  }
+  const auto verdict = call(report);
+  auto keys = environment_.posted.take();
+  if (report.awaitsVerdict) {
+    environment_.guard.send({.kind = OrderKind::verdict,
+                             .drop = verdict == EventVerdict::drop,
+                             .number = report.number},
+                            keys);
+  } else if (!keys.empty()) {
+    environment_.guard.send({.kind = OrderKind::post, .number = report.number}, keys);
+  }
+}
+
+EventVerdict X11EventTaps::call(const Report& report) {
+  const auto tap = tap_.lock();
+  const auto type = eventType(report.kind);
+  if (!tap) return EventVerdict::pass;
+  if (!isNotice(type) && (tap->mask & 1ULL << static_cast<std::uint32_t>(type)) == 0) {
+    return EventVerdict::pass;
+  }
+  // What was posted before this event does not belong to it; a frozen keyboard takes one script.
+  if (!report.awaitsVerdict) flushPosted();
+  isInCallback_ = true;
+  environment_.group.ofEvent = report.group;
+  const auto verdict = tap->callback(type, {.type = type,
+                                            .keyCode = report.keyCode,
+                                            .flags = report.flags,
+                                            .userData = report.userData});
+  environment_.group.ofEvent.reset();
+  isInCallback_ = false;
+  return verdict;
+}
+
+void X11EventTaps::flushPosted() {
+  const auto keys = environment_.posted.take();
+  if (!keys.empty()) environment_.guard.send({.kind = OrderKind::post}, keys);
+}
+
+void X11EventTaps::beat() {
+  // An answer may wait unread when this process has been busy or stopped.
+  readReports();
+  if (unanswered_++ >= mostUnanswered) {
+    environment_.log.log("Kivra: сторож клавиатуры не отвечает, запускаю нового");
+    replaceGuard();
+    return;
+  }
+  environment_.guard.send({.kind = OrderKind::ping});
+}
+
+void X11EventTaps::replaceGuard() {
+  watch_.reset();
+  if (!environment_.guard.start()) {
+    environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
+    heartbeat_.reset();
+    return;
+  }
+  configureGuard();
+  attach(true);
+}
+
+}  // namespace kivra::x11

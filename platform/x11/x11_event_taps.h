@@ -1,0 +1,66 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/event_tap.h"
+#include "platform/log.h"
+#include "platform/run_loop.h"
+#include "platform/x11/guard_link.h"
+#include "platform/x11/input_group.h"
+#include "platform/x11/posted_keys.h"
+#include "platform/x11/watch_fd.h"
+
+namespace kivra::x11 {
+
+/// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
+/// back. Watches the guard in its turn: one that does not answer for 0.9 s is replaced.
+class X11EventTaps : public EventTaps {
+ public:
+  struct Environment {
+    GuardLink& guard;
+    PostedKeys& posted;
+    InputGroup& group;
+    RunLoop& runLoop;
+    Log& log;
+    WatchFd watchFd;
+  };
+
+  explicit X11EventTaps(Environment environment);
+  ~X11EventTaps() override;
+
+  std::shared_ptr<EventTapPort> eventTapCreate(std::uint64_t mask,
+                                               EventTapCallback callback) override;
+  std::shared_ptr<RunLoopSource> createRunLoopSource(EventTapPort& port) override;
+  void runLoopAddSource(RunLoopSource& source) override;
+  void runLoopRemoveSource(RunLoopSource& source) override;
+  void eventTapEnable(EventTapPort& port, bool enable) override;
+  void setConsumableKeys(const std::vector<KeyChord>& keys) override;
+
+ private:
+  struct Tap;
+  struct Source;
+
+  void attach(bool attached);
+  void readReports();
+  void take(const Report& report);
+  EventVerdict call(const Report& report);
+  void flushPosted();
+  void beat();
+  void replaceGuard();
+  void configureGuard();
+
+  Environment environment_;
+  std::weak_ptr<Tap> tap_;
+  std::vector<Chord> chords_;
+  bool isEnabled_ = false;
+  bool isInCallback_ = false;
+  int unanswered_ = 0;  // heartbeats since the guard last said anything
+  std::unique_ptr<Timer> heartbeat_;
+  std::shared_ptr<void> watch_;
+  std::shared_ptr<X11EventTaps*> self_;  // emptied first, for blocks that come later
+};
+
+}  // namespace kivra::x11

@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/kivra_app.h"
+#include "platform/embedded/embedded_desktop.h"
+
+namespace kivra {
+namespace {
+
+/// Notes what the core announces.
+class NotedTaps : public embedded::EmbeddedEventStream {
+ public:
+  using EmbeddedEventStream::EmbeddedEventStream;
+
+  void setConsumableKeys(const std::vector<KeyChord>& keys) override { announced = keys; }
+
+  bool has(std::uint16_t keyCode, std::uint64_t flags) const {
+    return std::ranges::find(announced, KeyChord{keyCode, flags}) != announced.end();
+  }
+
+  std::vector<KeyChord> announced;
+};
+
+class ConsumableKeys : public testing::Test {
+ protected:
+  Platform platform() {
+    auto& noted = taps_;
+    const auto whole = desktop_.platform();
+    return {.accessibility = whole.accessibility,
+            .alerts = whole.alerts,
+            .application = whole.application,
+            .clock = whole.clock,
+            .defaults = whole.defaults,
+            .eventPosting = whole.eventPosting,
+            .eventTaps = noted,
+            .httpClient = whole.httpClient,
+            .inputSources = whole.inputSources,
+            .keychain = whole.keychain,
+            .languageModel = whole.languageModel,
+            .languageRecognizer = whole.languageRecognizer,
+            .localKeyMonitors = whole.localKeyMonitors,
+            .locale = whole.locale,
+            .log = whole.log,
+            .pasteboard = whole.pasteboard,
+            .privacy = whole.privacy,
+            .runLoop = whole.runLoop,
+            .spellChecker = whole.spellChecker,
+            .statusBar = whole.statusBar,
+            .translation = whole.translation,
+            .windows = whole.windows,
+            .workspace = whole.workspace};
+  }
+
+  static constexpr std::uint64_t controlOption = event_flags::control | event_flags::option;
+
+  embedded::EmbeddedDesktop desktop_{nullptr, nullptr};
+  NotedTaps taps_{desktop_.effects, desktop_.application, desktop_.session,
+                  desktop_.localKeyMonitors};
+  KivraApp app_{platform()};
+};
+
+TEST_F(ConsumableKeys, AreTheBoundariesTheHotkeysAndPause) {
+  app_.delegate->applicationDidFinishLaunching();
+  EXPECT_TRUE(taps_.has(key_codes::space, 0));
+  EXPECT_TRUE(taps_.has(key_codes::returnKey, event_flags::shift));
+  EXPECT_TRUE(taps_.has(35, controlOption));
+  EXPECT_TRUE(taps_.has(key_codes::pause, 0));
+  EXPECT_TRUE(taps_.has(key_codes::pause, event_flags::command));
+  EXPECT_FALSE(taps_.has(key_codes::space, event_flags::control));
+  EXPECT_FALSE(taps_.has(35, 0));
+}
+
+TEST_F(ConsumableKeys, FollowTheSettings) {
+  app_.delegate->applicationDidFinishLaunching();
+  auto& settings = app_.services.settings();
+  settings.manualSwitchHotkey.set({40, event_flags::command});
+  settings.pauseAsManualSwitch.set(false);
+  desktop_.time.runFor(std::chrono::milliseconds(1));
+  EXPECT_TRUE(taps_.has(40, event_flags::command));
+  EXPECT_FALSE(taps_.has(35, controlOption));
+  EXPECT_FALSE(taps_.has(key_codes::pause, 0));
+  settings.isEnabled.set(false);
+  desktop_.time.runFor(std::chrono::milliseconds(1));
+  EXPECT_TRUE(taps_.announced.empty());
+}
+
+}  // namespace
+}  // namespace kivra

@@ -1,0 +1,79 @@
+// Sessions in which the program cannot do its work, or not all of it.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+#include "kivra_session.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool logs(const XSession& session, const std::string& text) {
+  return waitFor([&] { return session.kivraLog().find(text) != std::string::npos; });
+}
+
+std::unique_ptr<ChildProcess> startWaiting(XSession& session) {
+  return session.start({KIVRA_PROGRAM}, "kivra.log");
+}
+
+TEST(BadSession, NoServer) {
+  XSession session({.windowManager = false});
+  auto environment = session.environment();
+  environment.erase("DISPLAY");
+  ChildProcess kivra({KIVRA_PROGRAM},
+                     {.environment = environment, .outputFile = session.path("kivra.log")});
+  EXPECT_TRUE(logs(session, "нет X-сервера"));
+  EXPECT_FALSE(kivra.wait(1500ms).has_value()) << "does not go on polling";
+  kivra.signal(SIGTERM);
+  EXPECT_EQ(kivra.wait(5s), 0);
+}
+
+TEST(BadSession, WaylandOnly) {
+  XSession session({.windowManager = false});
+  auto environment = session.environment();
+  environment.erase("DISPLAY");
+  environment["WAYLAND_DISPLAY"] = "wayland-0";
+  ChildProcess kivra({KIVRA_PROGRAM},
+                     {.environment = environment, .outputFile = session.path("kivra.log")});
+  EXPECT_TRUE(logs(session, "Wayland"));
+}
+
+TEST(BadSession, ServerWithoutAnExtension) {
+  XSession session({.windowManager = false, .serverArguments = {"-extension", "XTEST"}});
+  const auto kivra = startWaiting(session);
+  EXPECT_TRUE(logs(session, "X-сервер не умеет: XTEST"));
+  EXPECT_FALSE(kivra->wait(100ms).has_value());
+}
+
+TEST(BadSession, StartsByItselfOnceAccessibilityIsOn) {
+  XSession session({.accessibility = false});
+  const auto kivra = startWaiting(session);
+  EXPECT_TRUE(logs(session, "AT-SPI"));
+  EXPECT_FALSE(session.isSpaceGrabbed());
+  session.switchAccessibilityOn();
+  EXPECT_TRUE(waitFor([&] { return session.isSpaceGrabbed(); }));
+}
+
+TEST(BadSession, NoRussianLayout) {
+  XSession session({.layouts = "us,de"});
+  session.startKivra();
+  EXPECT_TRUE(logs(session, "нет раскладки языка ru"));
+  TestWindow window(session.display());
+  Typist typist(session.display());
+  typist.type("ghbdtn ");
+  EXPECT_EQ(window.textAfter("ghbdtn "), "ghbdtn ");
+}
+
+TEST(BadSession, SecondInstanceLeaves) {
+  XSession session;
+  session.startKivra();
+  const auto second = session.start({KIVRA_PROGRAM}, "second.log");
+  EXPECT_EQ(second->wait(10s), 0);
+  EXPECT_NE(session.readFile("second.log").find("уже запущен"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kivra::e2e

@@ -1,0 +1,107 @@
+// What the program costs, printed, against generous bounds.
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <numeric>
+#include <sstream>
+#include <thread>
+#include <vector>
+
+#include "kivra_session.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+using Microseconds = std::chrono::microseconds;
+
+/// Times from a press of Space to the first press that reaches the window, sorted.
+std::vector<long> spaceLatencies(KivraSession& desktop, const std::string& word, int count) {
+  std::vector<long> times;
+  for (int i = 0; i < count; ++i) {
+    desktop.typist.selectGroup(0);
+    desktop.typist.type(word);
+    desktop.window.textWhenQuiet(20ms);
+    TestWindow::Key key;
+    const auto start = Clock::now();
+    desktop.typist.press(keys::space);
+    if (desktop.window.waitForPress(key, 1s)) {
+      times.push_back(std::chrono::duration_cast<Microseconds>(key.arrival - start).count());
+    }
+    desktop.typist.release(keys::space);
+    desktop.window.textWhenQuiet(20ms);
+  }
+  std::ranges::sort(times);
+  return times;
+}
+
+void print(const std::string& what, const std::vector<long>& times) {
+  std::cout << "[ FIGURES  ] " << what << ": median " << times[times.size() / 2] << " us, 95 % "
+            << times[times.size() * 95 / 100] << " us\n";
+}
+
+/// Clock ticks of user and system time.
+long processorTicks(pid_t pid) {
+  std::ifstream file("/proc/" + std::to_string(pid) + "/stat");
+  std::string line;
+  std::getline(file, line);
+  std::istringstream fields(line.substr(line.rfind(')') + 2));
+  const std::vector<std::string> values{std::istream_iterator<std::string>(fields), {}};
+  return std::stol(values.at(11)) + std::stol(values.at(12));
+}
+
+long residentKilobytes(pid_t pid) {
+  std::ifstream file("/proc/" + std::to_string(pid) + "/status");
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with("VmRSS:")) return std::stol(line.substr(6));
+  }
+  return 0;
+}
+
+TEST(Figures, TriggerLatency) {
+  constexpr int count = 60;
+  KivraSession desktop;
+  const auto passed = spaceLatencies(desktop, "ok", count);
+  const auto corrected = spaceLatencies(desktop, "ghbdtn", count);
+  desktop.session.stopKivra();
+  const auto without = spaceLatencies(desktop, "ok", count);
+  ASSERT_EQ(passed.size(), std::size_t{count});
+  ASSERT_EQ(corrected.size(), std::size_t{count});
+  ASSERT_EQ(without.size(), std::size_t{count});
+  print("Space without Kivra", without);
+  print("Space passed by Kivra", passed);
+  print("correction in the place of Space", corrected);
+  // No user sees ten milliseconds; a machine under load may take some of them.
+  EXPECT_LT(passed[count / 2], 10000);
+  EXPECT_LT(corrected[count / 2], 15000);
+}
+
+TEST(Figures, ProcessorTimeAndMemory) {
+  KivraSession desktop;
+  const std::vector<pid_t> processes = {desktop.session.kivra().pid(), desktop.session.guardPid()};
+  const auto ticks = [&] {
+    return std::accumulate(processes.begin(), processes.end(), 0L,
+                           [](long sum, pid_t pid) { return sum + processorTicks(pid); });
+  };
+  constexpr int wordCount = 2000;  // of four letters and Space
+  desktop.typist.setPace(200us, 300us);
+  const auto before = ticks();
+  for (int i = 0; i < wordCount; ++i) desktop.typist.type("word ");
+  desktop.window.textWhenQuiet(500ms);
+  const auto used = ticks() - before;
+  const auto milliseconds = used * 1000 / ::sysconf(_SC_CLK_TCK);
+  std::cout << "[ FIGURES  ] processor time for 10000 keys: " << milliseconds << " ms\n"
+            << "[ FIGURES  ] resident memory: " << residentKilobytes(processes[0]) / 1024
+            << " MB, guard " << residentKilobytes(processes[1]) / 1024 << " MB\n";
+  EXPECT_LT(milliseconds, 10000);
+  EXPECT_LT(residentKilobytes(processes[0]) + residentKilobytes(processes[1]), 80 * 1024);
+}
+
+}  // namespace
+}  // namespace kivra::e2e

@@ -1,0 +1,119 @@
+// The user's keyboard outlives the program.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <iostream>
+
+#include "kivra_session.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+long long millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+}
+
+bool corrects(KivraSession& desktop) {
+  desktop.typist.selectGroup(0);
+  desktop.window.textWhenQuiet(100ms);
+  desktop.window.clear();
+  desktop.typist.type("ghbdtn ");
+  return desktop.window.textAfter("привет ") == "привет ";
+}
+
+/// With the program stopped, the decision about Space stays open.
+TEST(Survival, StoppedProgramLetsTheKeyPassInItsPlace) {
+  KivraSession desktop;
+  desktop.session.kivra().signal(SIGSTOP);
+  const auto start = Clock::now();
+  desktop.typist.type("ghbdtn vbh");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn vbh"), "ghbdtn vbh");
+  const auto frozen = millisecondsSince(start);
+  std::cout << "[ FIGURES  ] stopped program: keyboard back after " << frozen << " ms\n";
+  EXPECT_LT(frozen, 1000);
+  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+  desktop.session.kivra().signal(SIGCONT);
+  EXPECT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
+  EXPECT_TRUE(corrects(desktop));
+}
+
+TEST(Survival, WordBegunWhileStoppedIsNotTouchedAfterwards) {
+  KivraSession desktop;
+  desktop.typist.type("gh");
+  desktop.window.textAfter("gh");
+  desktop.session.kivra().signal(SIGSTOP);
+  desktop.typist.type(" a ");
+  desktop.window.textAfter("gh a ");
+  desktop.typist.type("bdtn");
+  desktop.window.textAfter("gh a bdtn");
+  desktop.session.kivra().signal(SIGCONT);
+  ASSERT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
+  desktop.typist.type(" ");
+  EXPECT_EQ(desktop.window.textAfter("gh a bdtn "), "gh a bdtn ");
+}
+
+TEST(Survival, KilledProgramInTheMiddleOfADecisionLosesNoKey) {
+  KivraSession desktop;
+  desktop.session.kivra().signal(SIGSTOP);
+  desktop.typist.type("ghbdtn vbh");
+  const auto start = Clock::now();
+  desktop.session.kivra().signal(SIGKILL);
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn vbh"), "ghbdtn vbh");
+  const auto frozen = millisecondsSince(start);
+  std::cout << "[ FIGURES  ] killed program: keyboard back after " << frozen << " ms\n";
+  EXPECT_LT(frozen, 1000);
+  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+}
+
+TEST(Survival, StoppedGuardIsReplaced) {
+  KivraSession desktop;
+  const auto guard = desktop.session.guardPid();
+  ASSERT_GT(guard, 0);
+  ::kill(guard, SIGSTOP);
+  const auto start = Clock::now();
+  desktop.typist.type("ab cd");
+  EXPECT_TRUE(waitFor([&] { return desktop.window.textWhenQuiet(10ms).ends_with("cd"); }));
+  const auto frozen = millisecondsSince(start);
+  std::cout << "[ FIGURES  ] stopped guard: keyboard back after " << frozen << " ms\n";
+  EXPECT_LT(frozen, 1500);
+  EXPECT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
+  EXPECT_TRUE(corrects(desktop));
+}
+
+TEST(Survival, KilledGuardIsReplaced) {
+  KivraSession desktop;
+  const auto guard = desktop.session.guardPid();
+  ASSERT_GT(guard, 0);
+  ::kill(guard, SIGKILL);
+  EXPECT_TRUE(waitFor([&] {
+    const auto next = desktop.session.guardPid();
+    return next != 0 && next != guard && desktop.session.isSpaceGrabbed();
+  }));
+  EXPECT_TRUE(corrects(desktop));
+}
+
+TEST(Survival, LostServerEndsTheProgramWithAMessage) {
+  KivraSession desktop;
+  desktop.session.killServer();
+  const auto status = desktop.session.kivra().wait(5s);
+  ASSERT_TRUE(status.has_value());
+  EXPECT_EQ(*status, 1);
+  EXPECT_NE(desktop.session.kivraLog().find("связь с X-сервером потеряна"), std::string::npos);
+  std::_Exit(testing::Test::HasFailure() ? 1 : 0);  // the window's connection is gone as well
+}
+
+TEST(Survival, TerminatedProgramLetsGoOfEverything) {
+  KivraSession desktop;
+  desktop.session.kivra().signal(SIGTERM);
+  EXPECT_EQ(desktop.session.kivra().wait(5s), 0);
+  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
+}
+
+}  // namespace
+}  // namespace kivra::e2e

@@ -1,0 +1,221 @@
+// Situations in which programs of this kind go wrong.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "kivra_session.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+
+bool hasPress(const TestWindow& window, std::uint8_t code) {
+  return std::ranges::any_of(window.keys(),
+                             [code](const auto& key) { return key.down && key.code == code; });
+}
+
+TEST(Traps, LayoutIsSelectedForTheWholeSession) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.typist.group(), 1U);
+}
+
+TEST(Traps, LayoutSelectedByTheDesktopCounts) {
+  KivraSession desktop;
+  desktop.typist.selectGroup(1);
+  desktop.typist.type("hello ");
+  EXPECT_EQ(desktop.window.textAfter("hello "), "hello ");
+  EXPECT_EQ(desktop.typist.group(), 0U);
+}
+
+TEST(Traps, HeldShiftIsTakenAwayAndGivenBack) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn");
+  desktop.typist.press(keys::shift);
+  desktop.typist.tap(keys::space);
+  desktop.window.textAfter("привет ");
+  desktop.typist.type("f");
+  desktop.typist.release(keys::shift);
+  desktop.typist.type("f");
+  EXPECT_EQ(desktop.window.textAfter("привет Аа"), "привет Аа");
+}
+
+TEST(Traps, CapsLockDoesNotTurnTheCorrection) {
+  KivraSession desktop;
+  desktop.typist.tap(keys::capsLock);
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  desktop.typist.type("f");
+  EXPECT_EQ(desktop.window.textAfter("привет А"), "привет А");
+}
+
+TEST(Traps, HeldLetterIsTypedAgain) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdt");
+  desktop.typist.press(57);  // n, released only after Space
+  desktop.typist.press(keys::space);
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  desktop.typist.release(57);
+  desktop.typist.release(keys::space);
+  desktop.typist.type("vbh");
+  EXPECT_EQ(desktop.window.textAfter("привет мир"), "привет мир");
+}
+
+TEST(Traps, ShortcutEndsTheWord) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn");
+  desktop.typist.chord({keys::control, keys::backspace});
+  desktop.window.textAfter("ghbdt");
+  desktop.typist.type(" ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdt "), "ghbdt ");
+}
+
+TEST(Traps, ClickEndsTheWord) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn");
+  desktop.typist.click();
+  desktop.typist.type(" ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
+}
+
+TEST(Traps, OtherWindowIsNotErasedIn) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn");
+  desktop.window.textAfter("ghbdtn");
+  TestWindow other(desktop.session.display());
+  desktop.typist.type(" ");
+  EXPECT_EQ(other.textAfter(" "), " ");
+  EXPECT_FALSE(hasPress(other, keys::backspace));
+  EXPECT_EQ(desktop.window.textWhenQuiet(), "ghbdtn");
+}
+
+TEST(Traps, ConsumedHotkeyNeverReachesTheApplication) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn");
+  desktop.window.textAfter("ghbdtn");
+  desktop.typist.chord({keys::control, keys::alt, keys::p});
+  EXPECT_EQ(desktop.window.textAfter("привет"), "привет");
+  EXPECT_FALSE(hasPress(desktop.window, keys::p));
+  desktop.typist.tap(keys::pause);
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn"), "ghbdtn");
+  EXPECT_FALSE(hasPress(desktop.window, keys::pause));
+}
+
+TEST(Traps, UnboundHotkeyReachesTheApplication) {
+  XSession session;
+  session.run({KIVRA_DEFAULTS, "write", "kivra.pauseAsManualSwitch", "-bool", "false"});
+  session.startKivra();
+  TestWindow window(session.display());
+  Typist typist(session.display());
+  typist.type("ghbdtn");
+  typist.tap(keys::pause);
+  EXPECT_EQ(window.textAfter("ghbdtn"), "ghbdtn");
+  EXPECT_TRUE(hasPress(window, keys::pause));
+}
+
+TEST(Traps, DoubleShiftTakesTheCorrectionBack) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn ");
+  desktop.window.textAfter("привет ");
+  desktop.typist.tap(keys::shift);
+  desktop.typist.tap(keys::shift);
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
+  EXPECT_EQ(desktop.typist.group(), 0U);
+}
+
+int repeatedSpaces(TestWindow& window, Typist& typist) {
+  window.clear();
+  typist.press(keys::space);
+  std::this_thread::sleep_for(1s);
+  typist.release(keys::space);
+  return static_cast<int>(window.textWhenQuiet().size());
+}
+
+TEST(Traps, KeysRepeatAsWithoutTheProgram) {
+  KivraSession desktop;
+  desktop.session.run({"xset", "r", "rate", "200", "25"});
+  const auto with = repeatedSpaces(desktop.window, desktop.typist);
+  desktop.session.stopKivra();
+  const auto without = repeatedSpaces(desktop.window, desktop.typist);
+  EXPECT_GT(without, 10);
+  EXPECT_NEAR(with, without, 3);
+}
+
+TEST(Traps, RepeatedBackspaceIsCounted) {
+  KivraSession desktop;
+  desktop.session.run({"xset", "r", "rate", "200", "25"});
+  desktop.typist.type("ghbdtnghbdtnghbdtn");
+  desktop.window.textAfter("ghbdtnghbdtnghbdtn");
+  desktop.typist.press(keys::backspace);
+  waitFor([&] { return desktop.window.textWhenQuiet(1ms).size() <= 6; });
+  desktop.typist.release(keys::backspace);
+  const auto left = desktop.window.textWhenQuiet();
+  desktop.typist.type(std::string("ghbdtn").substr(std::min<std::size_t>(left.size(), 6)) + " ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+}
+
+TEST(Traps, KeyOfAnotherProgramIsLeftToIt) {
+  XSession session;
+  auto* const other = XOpenDisplay(session.display().c_str());
+  ASSERT_NE(other, nullptr);
+  XGrabKey(other, keys::pause, 0, DefaultRootWindow(other), False, GrabModeAsync, GrabModeAsync);
+  XSync(other, False);
+  session.startKivra();
+  EXPECT_TRUE(
+      waitFor([&] { return session.kivraLog().find("клавиша 113 занята") != std::string::npos; }));
+  TestWindow window(session.display());
+  Typist typist(session.display());
+  typist.type("ghbdtn");
+  typist.tap(keys::pause);
+  EXPECT_EQ(window.textWhenQuiet(), "ghbdtn");
+  XCloseDisplay(other);
+}
+
+TEST(Traps, WorksOnAfterTheKeyboardWasHeldByALocker) {
+  KivraSession desktop;
+  auto* const locker = XOpenDisplay(desktop.session.display().c_str());
+  ASSERT_NE(locker, nullptr);
+  XGrabKeyboard(locker, DefaultRootWindow(locker), False, GrabModeAsync, GrabModeAsync,
+                CurrentTime);
+  XSync(locker, False);
+  desktop.typist.type("ghbdtn ghbdtn ");
+  EXPECT_EQ(desktop.window.textWhenQuiet(), "");
+  XCloseDisplay(locker);
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+}
+
+TEST(Traps, WorksOnAfterTheKeyboardMapChanged) {
+  KivraSession desktop;
+  desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", "ctrl:nocaps"});
+  desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", ""});
+  waitFor([&] { return desktop.session.isSpaceGrabbed(); });
+  desktop.typist.selectGroup(0);
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+}
+
+TEST(Traps, TwoRussianLayoutsAndTheFirstIsChosen) {
+  KivraSession desktop({.layouts = "us,ru,ru", .variants = ",,phonetic"});
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.typist.group(), 1U);
+}
+
+TEST(Traps, DeadKeysPassUnharmed) {
+  KivraSession desktop({.layouts = "us,ru,us", .variants = ",,intl"});
+  desktop.typist.selectGroup(2);
+  desktop.typist.type("'a ");
+  desktop.window.textWhenQuiet();
+  // The window has no input method: what counts is that every key arrives, and once.
+  const auto presses =
+      std::ranges::count_if(desktop.window.keys(), [](const auto& key) { return key.down; });
+  EXPECT_EQ(presses, 3);
+}
+
+}  // namespace
+}  // namespace kivra::e2e

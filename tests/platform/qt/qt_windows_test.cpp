@@ -1,0 +1,336 @@
+// The real windows on the embedded desktop, drawn offscreen.
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScrollBar>
+#include <QTabWidget>
+#include <QTest>
+#include <chrono>
+#include <optional>
+
+#include "app/kivra_app.h"
+#include "platform/embedded/embedded_desktop.h"
+#include "platform/qt/qt_local_key_monitors.h"
+#include "platform/qt/qt_windows.h"
+#include "platform/qt/rows_area.h"
+#include "platform/qt/switch_widget.h"
+
+namespace kivra::qt {
+namespace {
+
+class QtWindowsTest : public testing::Test {
+ protected:
+  void launch() {
+    app_.emplace(desktop_.platform(windows_, monitors_, desktop_.statusBar));
+    app_->delegate->applicationDidFinishLaunching();
+    turn();
+  }
+
+  void openSettings(int tab) {
+    launch();
+    app_->services.showSettingsWindow();
+    turn();
+    tabs()->setCurrentIndex(tab);
+    turn();
+  }
+
+  void turn() {
+    QCoreApplication::processEvents();
+    desktop_.time.serve();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+  }
+
+  static QWidget* window(const char* name) {
+    for (auto* const widget : QApplication::topLevelWidgets()) {
+      if (widget->objectName() == name) return widget;
+    }
+    return nullptr;
+  }
+
+  template <class Widget>
+  static Widget* named(const char* name) {
+    for (auto* const top : QApplication::topLevelWidgets()) {
+      for (auto* const widget : top->findChildren<Widget*>()) {
+        if (widget->isVisible() && widget->accessibleName() == name) return widget;
+      }
+    }
+    return nullptr;
+  }
+
+  static bool shows(const char* text) {
+    for (auto* const top : QApplication::topLevelWidgets()) {
+      for (const auto* label : top->findChildren<QLabel*>()) {
+        if (label->isVisible() && label->text() == text) return true;
+      }
+    }
+    return false;
+  }
+
+  static QTabWidget* tabs() { return window("settings")->findChild<QTabWidget*>(); }
+
+  static RowsArea* rowsArea() {
+    for (auto* const area : window("settings")->findChildren<QAbstractScrollArea*>()) {
+      if (auto* const rows = dynamic_cast<RowsArea*>(area); rows && rows->isVisible()) return rows;
+    }
+    return nullptr;
+  }
+
+  void press(int xkbCode, int key, Qt::KeyboardModifiers modifiers) {
+    QKeyEvent event(QEvent::KeyPress, key, modifiers, static_cast<quint32>(xkbCode), 0, 0, "t");
+    QCoreApplication::sendEvent(window("settings")->windowHandle(), &event);
+    turn();
+  }
+
+  static void type(QLineEdit* field, const QString& text) {
+    for (const auto letter : text) {
+      QKeyEvent event(QEvent::KeyPress, 0, Qt::NoModifier, letter);
+      QCoreApplication::sendEvent(field, &event);
+    }
+  }
+
+  SettingsStore& settings() { return app_->services.settings(); }
+
+  embedded::EmbeddedDesktop desktop_{embedded::Effects::Sink(), [] { return nullptr; }};
+  QtWindows windows_;
+  QtLocalKeyMonitors monitors_;
+  std::optional<KivraApp> app_;
+};
+
+constexpr auto patternField = "Что набрано (любая раскладка: мучщк или vexor)";
+constexpr auto replacementField = "На что заменить (например VEXOR)";
+
+TEST_F(QtWindowsTest, SwitchesAreBoundBothWays) {
+  openSettings(0);
+  auto* const enabled = named<SwitchWidget>("Включить Kivra");
+  ASSERT_NE(enabled, nullptr);
+  EXPECT_TRUE(enabled->isChecked());
+  QTest::keyClick(enabled, Qt::Key_Space);
+  EXPECT_FALSE(settings().isEnabled());
+  settings().isEnabled.set(true);
+  turn();
+  EXPECT_TRUE(enabled->isChecked());
+}
+
+TEST_F(QtWindowsTest, PickersAreBoundBothWays) {
+  openSettings(3);
+  auto* const combination = named<QComboBox>("Перевод");
+  ASSERT_NE(combination, nullptr);
+  EXPECT_EQ(combination->currentText(), "⌃fn");
+  QTest::keyClick(combination, Qt::Key_Up);
+  EXPECT_EQ(settings().translateCombo(), ModifierCombo::off());
+  settings().translateCombo.set({ComboModifier::fn});
+  turn();
+  EXPECT_EQ(combination->currentIndex(), -1);
+}
+
+TEST_F(QtWindowsTest, TypingKeepsTheFocusAndTheCursor) {
+  openSettings(1);
+  auto* const key = named<QLineEdit>("API-ключ (хранится в Keychain)");
+  ASSERT_NE(key, nullptr);
+  key->setFocus();
+  for (const auto letter : {"a", "c", ":", "f", "x"}) {
+    type(key, letter);
+    turn();
+  }
+  EXPECT_TRUE(shows("Ключ Free-плана (api-free.deepl.com)."));
+  key->setCursorPosition(1);
+  type(key, "b");
+  turn();
+  type(key, "B");
+  turn();
+  EXPECT_TRUE(key->hasFocus());
+  EXPECT_EQ(key->text(), "abBc:fx");
+  EXPECT_EQ(key->cursorPosition(), 3);
+  EXPECT_EQ(app_->services.text.keychain().read("deepl-api-key"), "abBc:fx");
+}
+
+TEST_F(QtWindowsTest, AKeyOfAnyLengthIsKeptWhole) {
+  openSettings(1);
+  auto* const key = named<QLineEdit>("API-ключ (хранится в Keychain)");
+  key->insert(QString(10'000, 'k'));
+  // As a paste does: the user edited the text.
+  type(key, "!");
+  turn();
+  EXPECT_EQ(app_->services.text.keychain().read("deepl-api-key")->size(), 10'001U);
+}
+
+TEST_F(QtWindowsTest, RowsComeAndGo) {
+  openSettings(1);
+  constexpr auto warning =
+      "Apple Intelligence недоступен на этой версии macOS — будет использован DeepL";
+  auto* const picker = named<QComboBox>("Движок перевода");
+  EXPECT_FALSE(shows(warning));
+  settings().translationEngine.set(EngineKind::foundationModel);
+  turn();
+  EXPECT_TRUE(shows(warning));
+  settings().translationEngine.set(EngineKind::deepL);
+  turn();
+  EXPECT_FALSE(shows(warning));
+  EXPECT_EQ(named<QComboBox>("Движок перевода"), picker);
+}
+
+TEST_F(QtWindowsTest, EntriesAreAddedAndRemoved) {
+  openSettings(2);
+  auto* const add = named<QAbstractButton>("Добавить");
+  ASSERT_NE(add, nullptr);
+  EXPECT_FALSE(add->isEnabled());
+  auto* const pattern = named<QLineEdit>(patternField);
+  auto* const replacement = named<QLineEdit>(replacementField);
+  type(pattern, "спс");
+  type(replacement, "спасибо");
+  QTest::keyClick(replacement, Qt::Key_Return);
+  turn();
+  EXPECT_EQ(replacement->text(), "спасибо");
+  QTest::keyClick(add, Qt::Key_Space);
+  turn();
+  EXPECT_EQ(pattern->text(), "");
+  EXPECT_FALSE(add->isEnabled());
+  EXPECT_TRUE(shows("Записи (4)"));
+  for (const auto* name :
+       {"Удалить «ios»", "Удалить «vexor»", "Удалить «vexor energy»", "Удалить «спс»"}) {
+    auto* const remove = named<QAbstractButton>(name);
+    ASSERT_NE(remove, nullptr) << name;
+    QTest::mouseClick(remove, Qt::LeftButton);
+    turn();
+  }
+  EXPECT_TRUE(app_->services.replacements().entries().empty());
+  EXPECT_TRUE(shows("Записи (0)"));
+}
+
+TEST_F(QtWindowsTest, ALongDictionaryOpensAndScrollsAtOnce) {
+  launch();
+  std::vector<ReplacementStore::Entry> entries;
+  entries.reserve(20'000);
+  for (int i = 0; i < 20'000; ++i) {
+    entries.push_back(
+        {Uuid::random(), "слово " + std::to_string(i), "\u202Eשלום\t\u0007👍🏽"});
+  }
+  app_->services.replacements().setEntries(entries);
+  app_->services.showSettingsWindow();
+  const auto start = std::chrono::steady_clock::now();
+  tabs()->setCurrentIndex(2);
+  turn();
+  auto* const area = rowsArea();
+  ASSERT_NE(area, nullptr);
+  auto* const bar = area->verticalScrollBar();
+  for (const auto part : {1, 2, 3, 4}) {
+    bar->setValue(bar->maximum() * part / 4);
+    turn();
+  }
+  EXPECT_NE(named<QAbstractButton>("Удалить «слово 19999»"), nullptr);
+  EXPECT_LT(area->findChildren<QAbstractButton*>().size(), 30);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+  QTest::mouseClick(named<QAbstractButton>("Удалить «слово 19998»"), Qt::LeftButton);
+  turn();
+  EXPECT_EQ(named<QAbstractButton>("Удалить «слово 19998»"), nullptr);
+  EXPECT_EQ(app_->services.replacements().entries().size(), 19'999U);
+}
+
+TEST_F(QtWindowsTest, TheRecorderSwallowsKeysUntilItHasItsHotkey) {
+  openSettings(3);
+  auto* const row = named<QAbstractButton>("Ручное переключение раскладки");
+  ASSERT_NE(row, nullptr);
+  EXPECT_EQ(row->text(), "⌃⌥P");
+  QTest::mouseClick(row, Qt::LeftButton);
+  turn();
+  EXPECT_EQ(row->text(), "Нажми комбинацию… (⎋ отмена)");
+  constexpr int tKey = 28;
+  constexpr int spaceKey = 65;
+  press(tKey, Qt::Key_T, Qt::NoModifier);
+  press(spaceKey, Qt::Key_Space, Qt::NoModifier);
+  press(37, Qt::Key_Control, Qt::ControlModifier);
+  EXPECT_EQ(row->text(), "Нажми комбинацию… (⎋ отмена)");
+  press(tKey, Qt::Key_T, Qt::ControlModifier | Qt::AltModifier);
+  EXPECT_EQ(row->text(), "⌃⌥T");
+  EXPECT_EQ(settings().manualSwitchHotkey(), (Hotkey{17, 0xC0000}));
+}
+
+TEST_F(QtWindowsTest, AnotherTabStopsTheRecording) {
+  openSettings(3);
+  QTest::mouseClick(named<QAbstractButton>("Перевод №1"), Qt::LeftButton);
+  turn();
+  tabs()->setCurrentIndex(2);
+  turn();
+  tabs()->setCurrentIndex(3);
+  turn();
+  EXPECT_EQ(named<QAbstractButton>("Перевод №1")->text(), "⌃⌥E");
+}
+
+TEST_F(QtWindowsTest, ThePermissionsWindowFollowsThePermissions) {
+  desktop_.session.setAccessibilityGranted(false);
+  desktop_.session.setInputMonitoringGranted(false);
+  launch();
+  auto* const permissions = window("permissions");
+  ASSERT_NE(permissions, nullptr);
+  EXPECT_TRUE(permissions->isVisible());
+  EXPECT_EQ(permissions->width(), 480);
+  const auto height = permissions->height();
+  const auto buttons = [&] {
+    int visible = 0;
+    for (const auto* button : permissions->findChildren<QAbstractButton*>()) {
+      visible += button->isVisible() ? 1 : 0;
+    }
+    return visible;
+  };
+  EXPECT_EQ(buttons(), 4);
+  desktop_.session.setAccessibilityGranted(true);
+  desktop_.time.runFor(std::chrono::seconds(1));
+  turn();
+  EXPECT_EQ(buttons(), 2);
+  EXPECT_LT(permissions->height(), height);
+  permissions->close();
+  EXPECT_FALSE(permissions->isVisible());
+  desktop_.session.setInputMonitoringGranted(true);
+  desktop_.time.runFor(std::chrono::seconds(1));
+  turn();
+  EXPECT_FALSE(permissions->isVisible());
+}
+
+/// Whether no visible text of the window has less room than it needs.
+TEST_F(QtWindowsTest, NoTextIsCut) {
+  for (const auto pointSize : {9, 12, 16}) {
+    auto font = QApplication::font();
+    font.setPointSize(pointSize);
+    QApplication::setFont(font);
+    openSettings(0);
+    settings().translationEngine.set(EngineKind::foundationModel);
+    for (const auto tab : {0, 1, 2, 3}) {
+      tabs()->setCurrentIndex(tab);
+      turn();
+      for (const auto* label : window("settings")->findChildren<QLabel*>()) {
+        if (!label->isVisible() || !label->wordWrap()) continue;
+        EXPECT_GE(label->height(), label->heightForWidth(label->width()))
+            << pointSize << ": " << label->text().toStdString();
+        EXPECT_GE(label->width(), label->minimumSizeHint().width())
+            << pointSize << ": " << label->text().toStdString();
+      }
+    }
+    app_.reset();
+  }
+}
+
+TEST_F(QtWindowsTest, EveryControlIsReachedByKeyboardAndHasAName) {
+  openSettings(0);
+  for (const auto tab : {0, 1, 2, 3}) {
+    tabs()->setCurrentIndex(tab);
+    turn();
+    for (const auto* control : tabs()->currentWidget()->findChildren<QWidget*>()) {
+      const auto isControl = qobject_cast<const QAbstractButton*>(control) != nullptr ||
+                             qobject_cast<const QComboBox*>(control) != nullptr ||
+                             qobject_cast<const QLineEdit*>(control) != nullptr;
+      if (!isControl || !control->isVisible()) continue;
+      EXPECT_FALSE(control->accessibleName().isEmpty()) << control->metaObject()->className();
+      EXPECT_TRUE(control->focusPolicy() & Qt::TabFocus) << control->accessibleName().toStdString();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace kivra::qt

@@ -1,0 +1,93 @@
+#include "linux_desktop.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/qt/qt_application.h"
+
+namespace kivra {
+
+namespace {
+
+constexpr const char* accessibilityMissing =
+    "Служба специальных возможностей (AT-SPI) не отвечает или выключена. Включить: "
+    "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
+
+}  // namespace
+
+LinuxDesktop::LinuxDesktop(std::string guardProgram)
+    : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
+      defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
+      x11_({.runLoop = runLoop_,
+            .log = log_,
+            .watchFd =
+                [this](int fd, std::function<void()> onReadable) {
+                  return runLoop_.watch(fd, std::move(onReadable));
+                },
+            .guardProgram = std::move(guardProgram),
+            .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .connectionLost =
+                [this] {
+                  reportLostServer();
+                  qt::QtApplication::exit(EXIT_FAILURE);
+                }}),
+      text_(runLoop_, accessibility_) {
+  spellChecker_.load();
+  qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
+}
+
+// The program and its windows have a connection each, and either may notice first.
+void LinuxDesktop::reportLostServer() {
+  if (std::exchange(isLostServerReported_, true)) return;
+  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+}
+
+Platform LinuxDesktop::platform() {
+  return {.accessibility = text_.accessibility,
+          .alerts = alerts_,
+          .application = application_,
+          .clock = clock_,
+          .defaults = defaults_,
+          .eventPosting = x11_.eventPosting,
+          .eventTaps = x11_.eventTaps,
+          .httpClient = text_.httpClient,
+          .inputSources = x11_.inputSources,
+          .keychain = text_.keychain,
+          .languageModel = text_.languageModel,
+          .languageRecognizer = text_.languageRecognizer,
+          .localKeyMonitors = localKeyMonitors_,
+          .locale = text_.locale,
+          .log = log_,
+          .pasteboard = text_.pasteboard,
+          .privacy = *this,
+          .runLoop = runLoop_,
+          .spellChecker = spellChecker_,
+          .statusBar = statusBar_,
+          .translation = text_.translation,
+          .windows = windows_,
+          .workspace = x11_.workspace};
+}
+
+bool LinuxDesktop::isProcessTrusted() {
+  const auto isTrusted = accessibility_.isEnabled();
+  reportMissing(reportedAccessibility_,
+                isTrusted ? "" : std::string("Kivra: ") + accessibilityMissing);
+  return isTrusted;
+}
+
+bool LinuxDesktop::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
+
+std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
+
+AccessType LinuxDesktop::checkAccess() {
+  const auto isGranted = x11_.connect();
+  reportMissing(reportedInput_, isGranted ? "" : "Kivra: клавиатуру не видно: " + x11_.problem());
+  return isGranted ? AccessType::granted : AccessType::denied;
+}
+
+void LinuxDesktop::reportMissing(std::string& reported, const std::string& missing) {
+  if (!missing.empty() && missing != reported) log_.log(missing);
+  reported = missing;
+}
+
+}  // namespace kivra

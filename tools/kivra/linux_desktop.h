@@ -1,0 +1,64 @@
+#pragma once
+
+#include <string>
+
+#include "linux_text_services.h"
+#include "platform/linux/accessibility_bus.h"
+#include "platform/linux/hunspell_spell_checker.h"
+#include "platform/linux/linux_application.h"
+#include "platform/linux/sqlite_defaults_database.h"
+#include "platform/linux/standard_error_log.h"
+#include "platform/linux/system_clock.h"
+#include "platform/platform.h"
+#include "platform/privacy.h"
+#include "platform/qt/qt_alerts.h"
+#include "platform/qt/qt_local_key_monitors.h"
+#include "platform/qt/qt_run_loop.h"
+#include "platform/qt/qt_status_bar.h"
+#include "platform/qt/qt_windows.h"
+#include "platform/x11/x11_desktop.h"
+
+namespace kivra {
+
+/// The Linux desktop: every service of the boundary, as an X11 session has it. Needs a
+/// QtApplication.
+class LinuxDesktop : public Privacy {
+ public:
+  /// `guardProgram` is the executable of the keyboard guard.
+  explicit LinuxDesktop(std::string guardProgram);
+
+  Platform platform();
+
+  bool isProcessTrusted() override;
+  bool isProcessTrustedWithOptions(bool prompt) override;
+
+  /// Connects to the X server when that has not been possible yet.
+  AccessType checkAccess() override;
+  bool requestAccess() override { return checkAccess() == AccessType::granted; }
+  std::string privacyPaneAddress() override { return {}; }
+  std::string accessibilityRemedy() override;
+  std::string inputMonitoringRemedy() override { return x11_.problem(); }
+
+ private:
+  void reportMissing(std::string& reported, const std::string& missing);
+  void reportLostServer();
+
+  StandardErrorLog log_;
+  SystemClock clock_;
+  LinuxApplication application_;
+  qt::QtRunLoop runLoop_;
+  AccessibilityBus accessibility_;
+  SqliteDefaultsDatabase defaults_;
+  HunspellSpellChecker spellChecker_;
+  x11::X11Desktop x11_;
+  LinuxTextServices text_;
+  qt::QtAlerts alerts_;
+  qt::QtLocalKeyMonitors localKeyMonitors_;
+  qt::QtStatusBar statusBar_{log_};
+  qt::QtWindows windows_;
+  std::string reportedAccessibility_;
+  std::string reportedInput_;
+  bool isLostServerReported_ = false;
+};
+
+}  // namespace kivra

@@ -1,0 +1,90 @@
+#include "ui/onboarding_view.h"
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "support/view_builders.h"
+#include "support/weakly.h"
+
+namespace kivra {
+
+namespace {
+
+using enum ViewStyle;
+
+struct PermissionRow {
+  const char* title;
+  const char* description;
+  bool isGranted;
+  std::string remedy;
+  std::function<void()> request;
+  std::function<void()> openSettings;
+};
+
+View header() {
+  auto titles = views::vStack(
+      2,
+      {views::text("Kivra нужны два разрешения", {title2, bold}),
+       views::text("Чтобы видеть набор текста и заменять его во всех приложениях.", {secondary})});
+  titles.alignment = ViewAlignment::leading;
+  return views::hStack(12, {views::symbol("keyboard.badge.ellipsis", {large, accent}), titles});
+}
+
+View permissionRow(const PermissionRow& row) {
+  auto state = row.isGranted ? views::symbol("checkmark.circle.fill", {title3, green})
+                             : views::symbol("circle.dashed", {title3, secondary});
+  state.accessibilityName = row.isGranted ? "Выдано" : "Не выдано";
+  auto column =
+      views::vStack(6, {views::text(row.title, {headline}), views::note(row.description)});
+  column.alignment = ViewAlignment::leading;
+  if (!row.isGranted) {
+    if (!row.remedy.empty()) column.children.push_back(views::note(row.remedy));
+    column.children.push_back(
+        views::hStack(8, {views::button("Запросить", row.request),
+                          views::button("System Settings…", row.openSettings)}));
+  }
+  auto view = views::hStack(10, {std::move(state), std::move(column)});
+  view.alignment = ViewAlignment::top;
+  view.padding = 12;
+  view.style = {card};
+  return view;
+}
+
+}  // namespace
+
+OnboardingView::OnboardingView(std::shared_ptr<Permissions> permissions)
+    : permissions_(std::move(permissions)) {
+  follow(*permissions_);
+}
+
+View OnboardingView::body() {
+  const auto openPane = [this](const char* anchor) {
+    return weakly(permissions_,
+                  [anchor](Permissions& permissions) { permissions.openPrivacyPane(anchor); });
+  };
+  auto view = views::vStack(
+      16,
+      {header(),
+       permissionRow(
+           {.title = "Accessibility",
+            .description = "Чтение и замена текста в активном поле ввода.",
+            .isGranted = permissions_->accessibilityGranted(),
+            .remedy = permissions_->accessibilityRemedy(),
+            .request = weakly(permissions_, [](Permissions& p) { p.requestAccessibility(); }),
+            .openSettings = openPane(privacy_panes::accessibility)}),
+       permissionRow(
+           {.title = "Input Monitoring",
+            .description = "Перехват клавиатуры для авто-раскладки и хоткеев.",
+            .isGranted = permissions_->inputMonitoringGranted(),
+            .remedy = permissions_->inputMonitoringRemedy(),
+            .request = weakly(permissions_, [](Permissions& p) { p.requestInputMonitoring(); }),
+            .openSettings = openPane(privacy_panes::inputMonitoring)}),
+       views::note("После выдачи разрешений всё включится автоматически — окно можно закрыть.")});
+  view.alignment = ViewAlignment::leading;
+  view.padding = 24;
+  view.width = 480;
+  return view;
+}
+
+}  // namespace kivra

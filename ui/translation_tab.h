@@ -1,0 +1,34 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "settings/settings_store.h"
+#include "text/keychain_store.h"
+#include "text/text_engines.h"
+#include "ui/hosted_view.h"
+
+namespace kivra {
+
+/// The engine that translates, the language of the quick translation, and the DeepL key, which
+/// goes to the keychain at every change.
+class TranslationTab : public HostedView, public std::enable_shared_from_this<TranslationTab> {
+ public:
+  TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
+                 TextEngines& engines);
+
+  View body() override;
+
+ private:
+  View engineSection();
+  View quickTranslationSection() const;
+  View keySection();
+  void setDeepLKey(const std::string& key);
+
+  std::shared_ptr<SettingsStore> settings_;
+  KeychainStore& keychain_;
+  TextEngines& engines_;
+  std::string deepLKey_;
+};
+
+}  // namespace kivra
