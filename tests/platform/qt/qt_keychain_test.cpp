@@ -105,6 +105,7 @@ TEST_F(QtKeychainTest, KeepsBytesAsTheyAre) {
 }
 
 TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
+  service();
   ASSERT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
   service().daemon().signal(SIGSTOP);
   QtKeychain impatient({.wait = 200ms});
