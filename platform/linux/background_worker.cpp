@@ -18,7 +18,7 @@ BackgroundWorker::~BackgroundWorker() {
 
 std::stop_source BackgroundWorker::runJob(Job job, std::function<void()> done) {
   Queued queued{.number = ++count_, .stop = {}, .job = std::move(job)};
-  const auto stop = queued.stop;
+  auto stop = queued.stop;
   pending_->emplace(queued.number, std::move(done));
   {
     const std::lock_guard lock(mutex_);

@@ -87,7 +87,8 @@ void OfflineTranslationSession::translateByApertium(const std::string& text,
                                                     const std::string& mode,
                                                     Completion<std::string> completion) {
   stop_ = services_.lock()->translateByApertium(
-      text, mode, [weak = weak_from_this(), text, completion](auto translation) {
+      text, mode,
+      [weak = weak_from_this(), text, completion = std::move(completion)](auto translation) {
         if (weak.expired()) return;
         if (translation) {
           completion(checked(text, std::move(*translation)));

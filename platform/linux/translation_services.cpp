@@ -43,7 +43,7 @@ void TranslationServices::findRoute(TranslationLanguages languages, const std::s
     };
     self->worker_.run<TranslationRoute>(std::move(find), done);
   };
-  libreTranslate_.pair(languages, [askApertium, done](auto pair) {
+  libreTranslate_.pair(languages, [askApertium, done = std::move(done)](auto pair) {
     if (pair && pair->source != pair->target) {
       done(ByLibreTranslate{std::move(*pair)});
     } else {

@@ -24,6 +24,7 @@ std::vector<std::string> SelectionReader::targets(const HandleEvents& handleEven
   std::vector<xcb_atom_t> atoms(converted->bytes.size() / sizeof(xcb_atom_t));
   std::memcpy(atoms.data(), converted->bytes.data(), atoms.size() * sizeof(xcb_atom_t));
   std::vector<std::string> names;
+  names.reserve(atoms.size());
   for (const auto atom : atoms) names.push_back(atoms_.name(atom));
   return names;
 }

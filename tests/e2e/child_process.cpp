@@ -36,9 +36,12 @@ class FileActions {
 pid_t spawn(const std::vector<std::string>& command, const Environment& environment,
             const FileActions& actions) {
   std::vector<std::string> variables;
-  for (const auto& [name, value] : environment) variables.push_back(name + "=" + value);
+  for (const auto& [name, value] : environment) {
+    variables.push_back(std::string(name).append("=").append(value));
+  }
   const auto pointers = [](std::vector<std::string>& strings) {
     std::vector<char*> result;
+    result.reserve(strings.size() + 1);
     for (auto& string : strings) result.push_back(string.data());
     result.push_back(nullptr);
     return result;

@@ -56,7 +56,9 @@ Count compare(const std::string& text, const std::string& expected) {
     if (got == want) {
       ++count.same;
     } else if (count.firstDifference.empty()) {
-      count.firstDifference = "word " + std::to_string(i) + " is " + got + " instead of " + want;
+      std::ostringstream difference;
+      difference << "word " << i << " is " << got << " instead of " << want;
+      count.firstDifference = difference.str();
     }
   }
   return count;

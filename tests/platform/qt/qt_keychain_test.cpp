@@ -99,7 +99,7 @@ TEST_F(QtKeychainTest, KeepsReplacesAndDeletes) {
 
 TEST_F(QtKeychainTest, KeepsBytesAsTheyAre) {
   service();
-  const std::string bytes("  \xff\0 ключ\n", 15);
+  const std::string bytes("  \xff\0 ключ\n", 14);
   ASSERT_EQ(keychain_.itemAdd(item, bytes), KeychainStatus::success);
   EXPECT_EQ(keychain_.itemCopyMatching(item), bytes);
 }
