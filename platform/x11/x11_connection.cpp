@@ -1,14 +1,13 @@
 #include "platform/x11/x11_connection.h"
 
 #include <xcb/xinput.h>
-#define explicit explicit_  // a member of this name in the header, written for C
-#include <xcb/xkb.h>
-#undef explicit
 #include <xkbcommon/xkbcommon-x11.h>
 #include <xkbcommon/xkbcommon.h>
 
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/x11/xcb_xkb.h"
 
 namespace kivra::x11 {
 
