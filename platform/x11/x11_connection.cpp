@@ -56,6 +56,7 @@ X11Connection::~X11Connection() {
 bool X11Connection::connect() {
   if (isConnected()) return true;
   if (connection_ != nullptr) xcb_disconnect(connection_);
+  atoms_.clear();
   int screen = 0;
   connection_ = xcb_connect(nullptr, &screen);
   if (xcb_connection_has_error(connection_) != 0) {
@@ -94,14 +95,23 @@ bool X11Connection::isLost() const {
   return connection_ != nullptr && xcb_connection_has_error(connection_) != 0;
 }
 
-bool X11Connection::readEvents() {
-  bool mapChanged = false;
-  if (connection_ == nullptr) return mapChanged;
+void X11Connection::readEvents() {
+  if (connection_ == nullptr) return;
   while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
     const auto type = event->response_type & 0x7F;
-    mapChanged = mapChanged || type == XCB_MAPPING_NOTIFY || type == xkbEvent_;
+    if (type == XCB_PROPERTY_NOTIFY) {
+      if (!propertyChanged_) continue;
+      propertyChanged_(reinterpret_cast<xcb_property_notify_event_t&>(*event).atom);
+    } else if (type == XCB_MAPPING_NOTIFY || type == xkbEvent_) {
+      if (mapChanged_) mapChanged_();
+    }
   }
-  return mapChanged;
+}
+
+void X11Connection::watchProperties(xcb_window_t window, bool watch) {
+  if (!isConnected() || window == 0) return;
+  const std::uint32_t mask = watch ? XCB_EVENT_MASK_PROPERTY_CHANGE : XCB_EVENT_MASK_NO_EVENT;
+  xcb_change_window_attributes(connection_, window, XCB_CW_EVENT_MASK, &mask);
 }
 
 std::optional<std::string> X11Connection::property(xcb_window_t window, std::string_view name) {
@@ -168,10 +178,14 @@ xkb_keymap* X11Connection::newKeymap() {
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) {
+  if (const auto known = atoms_.find(name); known != atoms_.end()) return known->second;
+  if (connection_ == nullptr) return XCB_ATOM_NONE;
   const auto cookie =
-      xcb_intern_atom(connection_, 1, static_cast<std::uint16_t>(name.size()), name.data());
+      xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
   const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
-  return reply ? reply->atom : xcb_atom_t{XCB_ATOM_NONE};
+  if (!reply || reply->atom == XCB_ATOM_NONE) return XCB_ATOM_NONE;
+  atoms_.emplace(name, reply->atom);
+  return reply->atom;
 }
 
 }  // namespace kivra::x11

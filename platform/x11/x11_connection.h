@@ -3,6 +3,8 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -33,8 +35,21 @@ class X11Connection {
   bool isLost() const;
   int fd() const { return xcb_get_file_descriptor(connection_); }
 
-  /// Takes in what the server has sent; true when the keyboard map may have changed.
-  bool readEvents();
+  /// Called by `readEvents` when the keyboard map may have changed, and when a watched window's
+  /// property has.
+  void onMapChange(std::function<void()> called) { mapChanged_ = std::move(called); }
+  void onPropertyChange(std::function<void(xcb_atom_t property)> called) {
+    propertyChanged_ = std::move(called);
+  }
+
+  /// Takes in what the server has sent, without waiting for more.
+  void readEvents();
+
+  /// Whether changes of the window's properties are told.
+  void watchProperties(xcb_window_t window, bool watch);
+
+  /// The atom of the name, 0 without a server.
+  xcb_atom_t atom(std::string_view name);
 
   xcb_window_t root() const { return root_; }
 
@@ -58,13 +73,15 @@ class X11Connection {
   xkb_keymap* newKeymap();
 
  private:
-  xcb_atom_t atom(std::string_view name);
   std::string missing();
 
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = 0;
   std::uint8_t xkbEvent_ = 0;
   std::string problem_ = "not connected";
+  std::map<std::string, xcb_atom_t, std::less<>> atoms_;
+  std::function<void()> mapChanged_;
+  std::function<void(xcb_atom_t)> propertyChanged_;
 };
 
 }  // namespace kivra::x11

@@ -14,7 +14,9 @@ X11Desktop::X11Desktop(Environment environment)
                  .log = environment_.log,
                  .watchFd = environment_.watchFd}),
       inputSources(connection_, posted_, group_, environment_.log),
-      workspace(connection_, environment_.isPasswordFocused) {}
+      workspace(connection_, environment_.isPasswordFocused) {
+  connection_.onMapChange([this] { inputSources.invalidate(); });
+}
 
 bool X11Desktop::connect() {
   if (connection_.isConnected()) return true;
@@ -24,7 +26,7 @@ bool X11Desktop::connect() {
 }
 
 void X11Desktop::readEvents() {
-  if (connection_.readEvents()) inputSources.invalidate();
+  connection_.readEvents();
   if (!connection_.isLost()) return;
   watch_.reset();
   environment_.connectionLost();

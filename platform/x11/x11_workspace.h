@@ -1,6 +1,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "platform/workspace.h"
 #include "platform/x11/x11_connection.h"
@@ -11,8 +13,8 @@ namespace kivra::x11 {
 class X11Workspace : public Workspace {
  public:
   /// `isPasswordFocused` answers for the accessibility bus.
-  X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused)
-      : connection_(connection), isPasswordFocused_(std::move(isPasswordFocused)) {}
+  X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused);
+  ~X11Workspace() override;
 
   std::optional<std::string> frontmostBundleIdentifier() override;
 
@@ -22,10 +24,15 @@ class X11Workspace : public Workspace {
   void open(std::string_view /*url*/) override {}
 
  private:
+  std::optional<std::string> readIdentifier();
   std::string applicationName(xcb_window_t window);
 
   X11Connection& connection_;
   std::function<bool()> isPasswordFocused_;
+  // Asked for at each word while the keyboard waits, and a dozen round trips to find out.
+  std::optional<std::string> identifier_;
+  bool isKnown_ = false;
+  xcb_window_t watched_ = 0;
 };
 
 }  // namespace kivra::x11
