@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <thread>
 #include <utility>
 
 #include "platform/events.h"
@@ -218,8 +219,7 @@ void KeyboardGuard::handlePress(const RecordedEvent& event) {
   if (isEnabled_ && grabs_.covers(event.code, flags)) {
     // The server froze the keyboard for it if nobody else holds the key or the keyboard; else it
     // has reached somebody and can be neither consumed nor mended.
-    XSync(display_.get(), False);
-    readServer();
+    awaitGrabbed();
     if (takeGrabbed(event.code)) {
       decide(event);
     } else {
@@ -255,6 +255,21 @@ void KeyboardGuard::handleButton(const RecordedEvent& event) {
     default:  // wheels
       break;
   }
+}
+
+void KeyboardGuard::awaitGrabbed() {
+  // The server sends the record a moment before the event. To sleep for so short a time, or to ask
+  // the server, delays the key more than the moment is long.
+  constexpr std::chrono::microseconds moment(300);
+  const auto end = std::chrono::steady_clock::now() + moment;
+  while (XEventsQueued(display_.get(), QueuedAfterReading) == 0 &&
+         std::chrono::steady_clock::now() < end) {
+    std::this_thread::yield();
+  }
+  readServer();
+  if (!grabbed_.empty()) return;
+  XSync(display_.get(), False);
+  readServer();
 }
 
 bool KeyboardGuard::takeGrabbed(std::uint8_t code) {

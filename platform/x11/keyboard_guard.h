@@ -59,6 +59,7 @@ class KeyboardGuard {
   void handleButton(const RecordedEvent& event);
   void reportModifier(const RecordedEvent& event, std::uint64_t flags);
 
+  void awaitGrabbed();
   bool takeGrabbed(std::uint8_t code);
   void decide(const RecordedEvent& event);
   bool isFlooded();
