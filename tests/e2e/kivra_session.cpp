@@ -11,15 +11,16 @@ KivraSession::KivraSession(const XSession::Options& options) : session(options) 
 
 void KivraSession::startKivra() {
   session.startKivra();
-  // The dictionaries are read in the background; in the English layout, since the Russian one is
-  // selected by the first correction.
+  // The dictionaries are read in the background, the first time for the index that is kept then; in
+  // the English layout, since the Russian one is selected by the first correction.
+  constexpr std::chrono::seconds patience(60);
   const auto corrects = [this](const char* typed, const char* expected) {
     window.clear();
     typist.type(typed);
     return window.textAfter(expected) == expected;
   };
-  if (!waitFor([&] { return corrects("ghbdtn ", "привет "); }, std::chrono::seconds(6)) ||
-      !waitFor([&] { return corrects("hello ", "hello "); }, std::chrono::seconds(6))) {
+  if (!waitFor([&] { return corrects("ghbdtn ", "привет "); }, patience) ||
+      !waitFor([&] { return corrects("hello ", "hello "); }, patience)) {
     throw std::runtime_error("Kivra corrects nothing: " + window.text() + session.kivraLog());
   }
   typist.selectGroup(0);
