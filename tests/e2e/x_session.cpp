@@ -135,8 +135,8 @@ std::unique_ptr<ChildProcess> XSession::start(const std::vector<std::string>& co
                                      .outputFile = log.empty() ? "" : home_ / log});
 }
 
-ChildProcess& XSession::startKivra() {
-  kivra_ = start({KIVRA_PROGRAM}, "kivra.log");
+ChildProcess& XSession::startKivra(const std::vector<std::string>& command) {
+  kivra_ = start(command, "kivra.log");
   if (!waitFor([this] { return isSpaceGrabbed(); }, 20s)) {
     throw std::runtime_error("Kivra does not take the keyboard: " + kivraLog());
   }

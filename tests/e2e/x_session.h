@@ -45,7 +45,7 @@ class XSession {
   }
 
   /// Starts Kivra and waits until it holds the keys that it may consume.
-  ChildProcess& startKivra();
+  ChildProcess& startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
   ChildProcess& kivra() { return *kivra_; }
   void stopKivra() { kivra_.reset(); }
 

@@ -15,7 +15,7 @@ constexpr const char* accessibilityMissing =
 
 }  // namespace
 
-LinuxDesktop::LinuxDesktop(std::string guardProgram)
+LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::Options& model)
     : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
       defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
       x11_({.runLoop = runLoop_,
@@ -31,7 +31,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram)
                   reportLostServer();
                   qt::QtApplication::exit(EXIT_FAILURE);
                 }}),
-      text_(runLoop_, accessibility_) {
+      text_(runLoop_, accessibility_, model) {
   spellChecker_.load();
   qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
 }

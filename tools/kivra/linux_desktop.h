@@ -25,7 +25,7 @@ namespace kivra {
 class LinuxDesktop : public Privacy {
  public:
   /// `guardProgram` is the executable of the keyboard guard.
-  explicit LinuxDesktop(std::string guardProgram);
+  explicit LinuxDesktop(std::string guardProgram, const LocalLanguageModel::Options& model = {});
 
   Platform platform();
 

@@ -4,9 +4,10 @@
 
 namespace kivra {
 
-LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus)
+LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus,
+                                     const LocalLanguageModel::Options& model)
     : accessibility(bus, runLoop),
-      languageModel(httpClient, runLoop),
+      languageModel(httpClient, runLoop, model),
       pasteboard(runLoop),
       translation(httpClient, languageRecognizer, qt::callOnMainThread) {}
 

@@ -16,7 +16,8 @@ namespace kivra {
 /// What translating and correcting needs of the Linux desktop, put together. Needs a
 /// QCoreApplication; ends before it and before the run loop and the bus.
 struct LinuxTextServices {
-  LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus);
+  LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus,
+                    const LocalLanguageModel::Options& model = {});
 
   AtspiAccessibility accessibility;
   qt::QtHttpClient httpClient;

@@ -1,0 +1,83 @@
+#include "application_session.h"
+
+#include <fstream>
+#include <stdexcept>
+#include <thread>
+
+#include "test_window.h"
+
+namespace kivra::e2e {
+
+using namespace std::chrono_literals;
+
+void ApplicationSession::startKivra(const std::vector<std::string>& command) {
+  set("kivra.skipBundleIDs", {"-array"});
+  session.startKivra(command);
+  waitUntilCorrecting();
+}
+
+void ApplicationSession::set(const std::string& key, const std::vector<std::string>& value) {
+  std::vector<std::string> command = {KIVRA_DEFAULTS, "write", key};
+  command.insert(command.end(), value.begin(), value.end());
+  session.run(command);
+}
+
+void ApplicationSession::waitUntilCorrecting() {
+  TestWindow window(session.display());
+  Typist typist(session.display());
+  const auto isCorrected = [&] {
+    window.clear();
+    typist.type("ghbdtn ");
+    return window.textAfter("привет ") == "привет ";
+  };
+  if (!waitFor(isCorrected, 60s)) throw std::runtime_error("Kivra corrects nothing");
+  typist.selectGroup(0);
+}
+
+void ApplicationSession::openGtkEditor() { open({"mousepad", "--disable-server"}, "ousepad"); }
+
+void ApplicationSession::openQtEditor() { open({"featherpad", "--standalone"}, "eather"); }
+
+void ApplicationSession::openChromium() {
+  std::ofstream(session.path("page.html"))
+      << "<!doctype html><meta charset=utf-8><textarea autofocus rows=9 cols=60 "
+         "onfocus=\"document.title='ready'\"></textarea>";
+  open({"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
+        "--user-data-dir=" + session.path("chromium").string(),
+        "--app=file://" + session.path("page.html").string()},
+       "hromium");
+  waitFor(
+      [this] {
+        return session.run({"xdotool", "getactivewindow", "getwindowname"}).starts_with("ready");
+      },
+      20s);
+}
+
+void ApplicationSession::openTerminal(const std::string& shellCommand) {
+  open({"xterm", "-u8", "-e", "sh", "-c", shellCommand}, "XTerm");
+}
+
+void ApplicationSession::open(const std::vector<std::string>& command,
+                              const std::string& windowClass) {
+  application_ = session.start(command);
+  if (!waitFor([&] { return hasFocus(windowClass); }, 30s)) {
+    throw std::runtime_error(windowClass + " does not get the focus");
+  }
+  std::this_thread::sleep_for(500ms);  // toolkits map the window before they read keys
+}
+
+bool ApplicationSession::hasFocus(const std::string& windowClass) {
+  auto active = session.run({"xdotool", "getactivewindow"});
+  if (active.empty()) return false;
+  active.pop_back();
+  return session.run({"xprop", "-id", active, "WM_CLASS"}).find(windowClass) != std::string::npos;
+}
+
+std::string ApplicationSession::copyAll() {
+  session.run({"xdotool", "key", "--clearmodifiers", "ctrl+a"});
+  session.run({"xdotool", "key", "--clearmodifiers", "ctrl+c"});
+  std::this_thread::sleep_for(100ms);
+  return session.run({"timeout", "2", "xclip", "-selection", "clipboard", "-o"});
+}
+
+}  // namespace kivra::e2e

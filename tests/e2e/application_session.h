@@ -1,0 +1,41 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "typist.h"
+#include "x_session.h"
+
+namespace kivra::e2e {
+
+/// A session in which people's applications run beside Kivra, which corrects in all of them.
+class ApplicationSession {
+ public:
+  /// Throws std::runtime_error when the program, started by the command, corrects nothing.
+  void startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
+
+  /// These wait for the window to have the focus; std::runtime_error when it does not get it.
+  void openGtkEditor();
+  void openQtEditor();
+  /// A page with one field to write in.
+  void openChromium();
+  void openTerminal(const std::string& shellCommand);
+
+  /// Puts the whole text of the focused field on the clipboard and answers it.
+  std::string copyAll();
+
+  void set(const std::string& key, const std::vector<std::string>& value);
+  void press(const std::string& chord) { session.run({"xdotool", "key", chord}); }
+
+  XSession session;
+
+ private:
+  void open(const std::vector<std::string>& command, const std::string& windowClass);
+  bool hasFocus(const std::string& windowClass);
+  void waitUntilCorrecting();
+
+  std::unique_ptr<ChildProcess> application_;
+};
+
+}  // namespace kivra::e2e
