@@ -36,6 +36,8 @@ void ApplicationSession::waitUntilCorrecting() {
 
 void ApplicationSession::openGtkEditor() { open({"mousepad", "--disable-server"}, "ousepad"); }
 
+void ApplicationSession::openPlainGtkEditor() { open({"l3afpad"}, "3afpad"); }
+
 void ApplicationSession::openQtEditor() { open({"featherpad", "--standalone"}, "eather"); }
 
 void ApplicationSession::openChromium() {

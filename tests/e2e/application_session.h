@@ -17,6 +17,7 @@ class ApplicationSession {
 
   /// These wait for the window to have the focus; std::runtime_error when it does not get it.
   void openGtkEditor();
+  void openPlainGtkEditor();
   void openQtEditor();
   /// A page with one field to write in.
   void openChromium();

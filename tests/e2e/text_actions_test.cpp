@@ -93,6 +93,11 @@ class TextActions : public testing::Test {
 };
 
 TEST_F(TextActions, GtkEditor) {
+  desktop.openPlainGtkEditor();
+  playADay();
+}
+
+TEST_F(TextActions, GtkEditorThatUndoesInTwoSteps) {
   undoSteps = 2;
   desktop.openGtkEditor();
   playADay();
