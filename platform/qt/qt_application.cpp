@@ -18,6 +18,7 @@ int catchSignals() {
   sigemptyset(&caught);
   sigaddset(&caught, SIGTERM);
   sigaddset(&caught, SIGINT);
+  sigaddset(&caught, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &caught, nullptr);
   return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
 }
