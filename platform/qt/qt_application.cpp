@@ -46,6 +46,7 @@ void tellOfLostDisplay() {
 
 QtApplication::QtApplication(int& count, char** values)
     : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+  QApplication::setApplicationName("Kivra");
   QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
