@@ -3,7 +3,8 @@
 #include <QAction>
 #include <QCursor>
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QDBusReply>
 #include <QDBusServiceWatcher>
 #include <QIcon>
 #include <QKeyEvent>
@@ -21,11 +22,18 @@ namespace kivra::qt {
 namespace {
 
 constexpr std::chrono::seconds trayCheckInterval(2);
+constexpr int answerTimeout = 500;  // ms
 constexpr auto hostName = "org.kde.StatusNotifierWatcher";
 
+// The watcher may be there before any panel.
 bool hasHost() {
-  const auto bus = QDBusConnection::sessionBus();
-  return bus.isConnected() && bus.interface()->isServiceRegistered(hostName).value();
+  auto question = QDBusMessage::createMethodCall(hostName, "/StatusNotifierWatcher",
+                                                 "org.freedesktop.DBus.Properties", "Get");
+  question.setAutoStartService(false);
+  question << hostName << "IsStatusNotifierHostRegistered";
+  const QDBusReply<QVariant> answer =
+      QDBusConnection::sessionBus().call(question, QDBus::Block, answerTimeout);
+  return answer.isValid() && answer.value().toBool();
 }
 
 /// A menu whose key equivalents work while it is open.
