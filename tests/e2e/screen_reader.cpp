@@ -1,6 +1,5 @@
 #include "screen_reader.h"
 
-#include <algorithm>
 #include <stdexcept>
 
 #include "x_session.h"
@@ -12,7 +11,6 @@ namespace {
 constexpr auto accessible = "org.a11y.atspi.Accessible";
 
 // Numbers of AT-SPI's states.
-constexpr unsigned checkedState = 4;
 constexpr unsigned focusableState = 11;
 constexpr unsigned showingState = 25;
 
@@ -21,6 +19,10 @@ std::string textOf(const Variant& reply) {
   const char* text = "";
   g_variant_get(reply.get(), "(&s)", &text);
   return text;
+}
+
+std::string stringOf(const Variant& value) {
+  return value ? g_variant_get_string(value.get(), nullptr) : "";
 }
 
 std::string accessibilityBus(const std::string& sessionBus) {
@@ -66,8 +68,8 @@ std::vector<BusObject> ScreenReader::children(const BusObject& object) const {
 ScreenReader::Control ScreenReader::read(const BusObject& object) const {
   Control control{
       .object = object, .role = textOf(bus_.call(object, accessible, "GetRoleName")), .name = ""};
-  const auto name = bus_.property(object, accessible, "Name");
-  if (name) control.name = g_variant_get_string(name.get(), nullptr);
+  control.name = stringOf(bus_.property(object, accessible, "Name"));
+  control.description = stringOf(bus_.property(object, accessible, "Description"));
   const auto reply = bus_.call(object, accessible, "GetState");
   if (!reply) return control;
   GVariantIter* iterator = nullptr;
@@ -78,7 +80,6 @@ ScreenReader::Control ScreenReader::read(const BusObject& object) const {
   const auto has = [states](unsigned state) { return (states >> state & 1U) != 0; };
   control.isShowing = has(showingState);
   control.isFocusable = has(focusableState);
-  control.isChecked = has(checkedState);
   return control;
 }
 
@@ -93,12 +94,6 @@ ScreenReader::Control ScreenReader::waitFor(const std::string& role,
   });
   if (!found) throw std::runtime_error("no " + role + " " + name + "; there are" + description());
   return *found;
-}
-
-bool ScreenReader::isShown(const std::string& role, const std::string& name) const {
-  return std::ranges::any_of(controls(), [&](const Control& control) {
-    return control.isShowing && control.role == role && control.name == name;
-  });
 }
 
 void ScreenReader::press(const Control& control) const {

@@ -16,9 +16,9 @@ class ScreenReader {
     BusObject object;
     std::string role;  ///< "push button"
     std::string name;
+    std::string description{};
     bool isShowing = false;
     bool isFocusable = false;
-    bool isChecked = false;
   };
 
   /// `sessionBus` is the address of the session bus, `application` the name of the program.
@@ -29,7 +29,6 @@ class ScreenReader {
 
   /// Waits for a control of this role and name to show; throws std::runtime_error when none does.
   Control waitFor(const std::string& role, const std::string& name) const;
-  bool isShown(const std::string& role, const std::string& name) const;
 
   /// Does what a click on the control does.
   void press(const Control& control) const;

@@ -31,6 +31,13 @@ struct OpenSettings : KivraSession {
     reader.waitFor("page tab", "Общие");
   }
 
+  /// Waits for the window manager as well: a change of windows forgets the word begun before it.
+  void returnToEditor() {
+    session.run({"xdotool", "windowactivate", "--sync", std::to_string(window.window())});
+    window.focus();
+    window.clear();
+  }
+
   void showTab(const std::string& name) { reader.press(reader.waitFor("page tab", name)); }
 
   TrayHost host{busOf(session)};
@@ -54,9 +61,8 @@ TEST(WholeProgram, ItemComesWithALateTrayAndItsMenuEndsTheProgram) {
 TEST(WholeProgram, SwitchingOffAndOnCountsAtOnce) {
   OpenSettings desktop;
   const auto typed = [&](const char* expected) {
-    desktop.window.focus();
+    desktop.returnToEditor();
     desktop.typist.selectGroup(0);
-    desktop.window.clear();
     desktop.typist.type("ghbdtn ");
     return desktop.window.textAfter(expected);
   };
@@ -76,8 +82,7 @@ TEST(WholeProgram, ReplacementAddedCountsAtTheNextWord) {
   reader.setText(reader.waitFor("text", "На что заменить (например VEXOR)"), "works");
   reader.press(reader.waitFor("push button", "Добавить"));
   reader.waitFor("push button", "Удалить «zxq»");
-  desktop.window.focus();
-  desktop.window.clear();
+  desktop.returnToEditor();
   desktop.typist.type("zxq ");
   EXPECT_EQ(desktop.window.textAfter("works "), "works ");
 }
@@ -86,12 +91,15 @@ TEST(WholeProgram, RecordedHotkeyCountsAtTheNextPress) {
   OpenSettings desktop;
   desktop.showTab("Хоткеи");
   constexpr auto row = "Ручное переключение раскладки";
+  const auto label = [&] { return desktop.reader.waitFor("push button", row).description; };
+  EXPECT_EQ(label(), "⌃⌥P");
   desktop.reader.press(desktop.reader.waitFor("push button", row));
+  EXPECT_TRUE(waitFor([&] { return label() == "Нажми комбинацию… (⎋ отмена)"; })) << label();
   desktop.session.run(
       {"xdotool", "search", "--sync", "--name", "настройки", "windowactivate", "--sync"});
   desktop.typist.chord({keys::control, keys::shift, keys::p});
-  desktop.window.focus();
-  desktop.window.clear();
+  EXPECT_TRUE(waitFor([&] { return label() == "⌃⇧P"; })) << label();
+  desktop.returnToEditor();
   desktop.typist.type("fg");
   desktop.typist.chord({keys::control, keys::shift, keys::p});
   EXPECT_EQ(desktop.window.textAfter("ап"), "ап");
