@@ -58,6 +58,17 @@ TEST(WholeProgram, ItemComesWithALateTrayAndItsMenuEndsTheProgram) {
   EXPECT_EQ(session.kivra().wait(5s), 0);
 }
 
+TEST(WholeProgram, ItemComesWithALateTrayOfTheOldKind) {
+  XSession session;
+  session.startKivra();
+  const auto items = [&] {
+    return session.run({"xdotool", "search", "--onlyvisible", "--class", "kivra"});
+  };
+  EXPECT_EQ(items(), "");
+  const auto tray = session.start({"trayer"});
+  EXPECT_TRUE(waitFor([&] { return !items().empty(); })) << session.kivraLog();
+}
+
 TEST(WholeProgram, SwitchingOffAndOnCountsAtOnce) {
   OpenSettings desktop;
   const auto typed = [&](const char* expected) {
