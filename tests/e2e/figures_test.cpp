@@ -124,8 +124,8 @@ TEST(Figures, Start) {
   const auto untilGrabs = millisecondsSince(start);
   std::cout << "[ FIGURES  ] from start to status item: " << untilItem
             << " ms, to interception: " << untilGrabs << " ms\n";
-  EXPECT_LT(untilItem, 5000);
-  EXPECT_LT(untilGrabs, 5000);
+  EXPECT_LT(untilItem, 1000);
+  EXPECT_LT(untilGrabs, 1000);
 }
 
 TEST(Figures, WindowsAndIdleness) {
