@@ -81,6 +81,8 @@ class AccessibilityBus::Watcher {
   void connectAccessibilityBus();
   Variant call(GDBusConnection* bus, const char* name, const char* path, const char* interface,
                const char* method, GVariant* arguments);
+  void retry();
+  void stopRetrying();
   void setEnabled(bool enabled);
   void switchOn();
   void focusChanged(const char* sender, const char* path, bool focused);
@@ -103,6 +105,7 @@ class AccessibilityBus::Watcher {
   GMainContext* context_;
   GMainLoop* loop_;
   GCancellable* cancellable_ = g_cancellable_new();
+  GSource* retry_ = nullptr;
   GDBusConnection* session_ = nullptr;
   GDBusConnection* accessibility_ = nullptr;
   std::mutex mutex_;
@@ -115,20 +118,8 @@ class AccessibilityBus::Watcher {
 void AccessibilityBus::Watcher::run() {
   g_main_context_push_thread_default(context_);
   check();
-  // Until accessibility is on, and should the session bus come later than the program.
-  auto* const timer = g_timeout_source_new_seconds(retryInterval);
-  g_source_set_callback(
-      timer,
-      [](gpointer self) -> gboolean {
-        auto& watcher = *static_cast<Watcher*>(self);
-        if (!watcher.isEnabled) watcher.check();
-        return G_SOURCE_CONTINUE;
-      },
-      this, nullptr);
-  g_source_attach(timer, context_);
   g_main_loop_run(loop_);
-  g_source_destroy(timer);
-  g_source_unref(timer);
+  stopRetrying();
   close(accessibility_);
   close(session_);
   g_main_context_pop_thread_default(context_);
@@ -156,7 +147,33 @@ void AccessibilityBus::Watcher::check() {
   setEnabled(enabled && accessibility_ != nullptr);
 }
 
+// Until accessibility is on, and should the session bus come later than the program.
+void AccessibilityBus::Watcher::retry() {
+  if (retry_ != nullptr) return;
+  retry_ = g_timeout_source_new_seconds(retryInterval);
+  g_source_set_callback(
+      retry_,
+      [](gpointer self) -> gboolean {
+        static_cast<Watcher*>(self)->check();
+        return G_SOURCE_CONTINUE;
+      },
+      this, nullptr);
+  g_source_attach(retry_, context_);
+}
+
+void AccessibilityBus::Watcher::stopRetrying() {
+  if (retry_ == nullptr) return;
+  g_source_destroy(retry_);
+  g_source_unref(retry_);
+  retry_ = nullptr;
+}
+
 void AccessibilityBus::Watcher::setEnabled(bool enabled) {
+  if (enabled) {
+    stopRetrying();
+  } else {
+    retry();
+  }
   isEnabled = enabled;
   if (!enabled) isPasswordFocused = false;
   const std::lock_guard lock(mutex_);

@@ -1,13 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <utility>
 
 #include "platform/application.h"
+#include "platform/linux/instance_claim.h"
 
 namespace kivra {
 
-/// This process and its like among the user's processes. Instances on different X displays have
-/// nothing to do with each other.
+/// This process, and the instance of the program that was in the login session before it.
 class LinuxApplication : public Application {
  public:
   explicit LinuxApplication(std::function<void()> quit) : quit_(std::move(quit)) {}
@@ -15,7 +16,8 @@ class LinuxApplication : public Application {
   std::optional<std::string> bundleIdentifier() override { return identifier; }
   std::int32_t processIdentifier() override;
 
-  /// Knows only of this program; of others it answers none.
+  /// Knows only of this program; of others it answers none. The first call makes this process the
+  /// session's instance unless another is.
   std::vector<std::int32_t> runningApplications(std::string_view bundleIdentifier) override;
   void activateIgnoringOtherApps() override {}
   void terminate() override { quit_(); }
@@ -23,6 +25,7 @@ class LinuxApplication : public Application {
  private:
   static constexpr const char* identifier = "app.kivra.Kivra";
 
+  InstanceClaim claim_{identifier};
   std::function<void()> quit_;
 };
 

@@ -40,7 +40,8 @@ QWidget* titledRow(WrappingLabel* title, QWidget* control) {
 class DrawnToggle : public DrawnView {
  public:
   DrawnToggle() {
-    QObject::connect(switch_, &QAbstractButton::clicked, switch_, [this](bool isOn) {
+    // Not only clicks: a screen reader flips the switch by itself.
+    QObject::connect(switch_, &QAbstractButton::toggled, switch_, [this](bool isOn) {
       const auto assign = assign_;
       assign(isOn);
     });
@@ -52,6 +53,7 @@ class DrawnToggle : public DrawnView {
     title_->setView(titleOf(view));
     switch_->setAccessibleName(shown(view.text));
     switch_->setEnabled(view.isEnabled);
+    const QSignalBlocker blocker(switch_);
     switch_->setChecked(std::get<bool>(view.value));
   }
 
@@ -113,7 +115,8 @@ class DrawnField : public DrawnView {
  public:
   explicit DrawnField(bool isSecure) {
     if (isSecure) edit_->setEchoMode(QLineEdit::Password);
-    QObject::connect(edit_, &QLineEdit::textEdited, edit_, [this](const QString& text) {
+    // Not only what is typed: assistive programs set the text.
+    QObject::connect(edit_, &QLineEdit::textChanged, edit_, [this](const QString& text) {
       const auto assign = assign_;
       assign(text.toStdString());
     });
@@ -127,6 +130,7 @@ class DrawnField : public DrawnView {
     edit_->setEnabled(view.isEnabled);
     // Setting the text that is there already would move the cursor.
     const auto text = shown(std::get<std::string>(view.value));
+    const QSignalBlocker blocker(edit_);
     if (text != edit_->text()) edit_->setText(text);
   }
 

@@ -18,6 +18,7 @@ int catchSignals() {
   sigemptyset(&caught);
   sigaddset(&caught, SIGTERM);
   sigaddset(&caught, SIGINT);
+  sigaddset(&caught, SIGHUP);
   pthread_sigmask(SIG_BLOCK, &caught, nullptr);
   return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
 }
@@ -45,6 +46,7 @@ void tellOfLostDisplay() {
 
 QtApplication::QtApplication(int& count, char** values)
     : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+  QApplication::setApplicationName("Kivra");
   QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });

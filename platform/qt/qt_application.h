@@ -6,7 +6,7 @@
 namespace kivra::qt {
 
 /// The process as Qt sees it; without a display its windows stay unseen. One for the whole run,
-/// made before everything that uses Qt. SIGTERM and SIGINT end the loop in good order.
+/// made before everything that uses Qt. SIGTERM, SIGINT and SIGHUP end the loop in good order.
 class QtApplication {
  public:
   QtApplication(int& count, char** values);

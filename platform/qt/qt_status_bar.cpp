@@ -2,12 +2,17 @@
 
 #include <QAction>
 #include <QCursor>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusReply>
+#include <QDBusServiceWatcher>
 #include <QIcon>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
 #include <QSystemTrayIcon>
 #include <QTimer>
+#include <optional>
 #include <utility>
 
 #include "platform/qt/symbol.h"
@@ -16,7 +21,20 @@ namespace kivra::qt {
 
 namespace {
 
-constexpr std::chrono::seconds trayCheckInterval(5);
+constexpr std::chrono::seconds trayCheckInterval(2);
+constexpr int answerTimeout = 500;  // ms
+constexpr auto hostName = "org.kde.StatusNotifierWatcher";
+
+// The watcher may be there before any panel.
+bool hasHost() {
+  auto question = QDBusMessage::createMethodCall(hostName, "/StatusNotifierWatcher",
+                                                 "org.freedesktop.DBus.Properties", "Get");
+  question.setAutoStartService(false);
+  question << hostName << "IsStatusNotifierHostRegistered";
+  const QDBusReply<QVariant> answer =
+      QDBusConnection::sessionBus().call(question, QDBus::Block, answerTimeout);
+  return answer.isValid() && answer.value().toBool();
+}
 
 /// A menu whose key equivalents work while it is open.
 class StatusMenu : public QMenu {
@@ -71,31 +89,30 @@ QIcon dimmed(const QIcon& icon) {
 
 class QtStatusItem : public StatusItem {
  public:
-  explicit QtStatusItem(Log& log) {
-    QObject::connect(&icon_, &QSystemTrayIcon::activated, &icon_,
-                     [this](QSystemTrayIcon::ActivationReason reason) {
-                       if (reason == QSystemTrayIcon::Trigger) menu_.popup(QCursor::pos());
-                     });
+  QtStatusItem(Log& log, std::function<bool()> hasOldTray)
+      : hasOldTray_(std::move(hasOldTray)),
+        hostWatcher_(hostName, QDBusConnection::sessionBus(),
+                     QDBusServiceWatcher::WatchForRegistration) {
     QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { rebuildMenu(); });
-    icon_.setContextMenu(&menu_);
-    QObject::connect(&trayCheck_, &QTimer::timeout, &icon_, [this] { showWhereTrayIs(); });
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) {
-      log.log("Kivra: области уведомлений нет, значок появится вместе с ней");
-      trayCheck_.start(trayCheckInterval);
-    }
+    QObject::connect(&trayCheck_, &QTimer::timeout, &menu_, [this] { showWhereTrayIs(); });
+    QObject::connect(&hostWatcher_, &QDBusServiceWatcher::serviceRegistered, &menu_,
+                     [this] { showWhereTrayIs(); });
+    showWhereTrayIs();
+    if (icon_) return;
+    log.log("Kivra: области уведомлений нет, значок появится вместе с ней");
+    trayCheck_.start(trayCheckInterval);
   }
 
   void setButtonImage(const std::string& symbol,
                       const std::string& accessibilityDescription) override {
     image_ = symbolIcon(symbol);
-    icon_.setToolTip(QString::fromStdString(accessibilityDescription));
-    applyImage();
-    if (!trayCheck_.isActive()) icon_.show();
+    description_ = QString::fromStdString(accessibilityDescription);
+    update();
   }
 
   void setAppearsDisabled(bool disabled) override {
     appearsDisabled_ = disabled;
-    applyImage();
+    update();
   }
 
   void setMenu(std::function<std::vector<MenuItem>()> menuNeedsUpdate) override {
@@ -104,30 +121,45 @@ class QtStatusItem : public StatusItem {
   }
 
  private:
-  void applyImage() { icon_.setIcon(appearsDisabled_ ? dimmed(image_) : image_); }
+  // Qt decides once, when it is first asked for an icon, which kind of tray the session has.
+  void showWhereTrayIs() {
+    if (icon_ || !(hasHost() || hasOldTray_())) return;
+    trayCheck_.stop();
+    icon_.emplace();
+    QObject::connect(&*icon_, &QSystemTrayIcon::activated, &menu_,
+                     [this](QSystemTrayIcon::ActivationReason reason) {
+                       if (reason == QSystemTrayIcon::Trigger) menu_.popup(QCursor::pos());
+                     });
+    icon_->setContextMenu(&menu_);
+    update();
+  }
+
+  void update() {
+    if (!icon_ || image_.isNull()) return;
+    icon_->setToolTip(description_);
+    icon_->setIcon(appearsDisabled_ ? dimmed(image_) : image_);
+    icon_->show();
+  }
 
   void rebuildMenu() {
     if (menuNeedsUpdate_) menu_.setItems(menuNeedsUpdate_());
   }
 
-  void showWhereTrayIs() {
-    if (!QSystemTrayIcon::isSystemTrayAvailable()) return;
-    trayCheck_.stop();
-    icon_.show();
-  }
-
+  std::function<bool()> hasOldTray_;
   QIcon image_;
+  QString description_;
   bool appearsDisabled_ = false;
   std::function<std::vector<MenuItem>()> menuNeedsUpdate_;
   StatusMenu menu_;
-  QSystemTrayIcon icon_;
+  std::optional<QSystemTrayIcon> icon_;  ///< once there is a tray
   QTimer trayCheck_;
+  QDBusServiceWatcher hostWatcher_;
 };
 
 }  // namespace
 
 std::unique_ptr<StatusItem> QtStatusBar::statusItem(double /*length*/) {
-  return std::make_unique<QtStatusItem>(log_);
+  return std::make_unique<QtStatusItem>(log_, hasOldTray_);
 }
 
 }  // namespace kivra::qt

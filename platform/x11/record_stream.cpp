@@ -56,10 +56,9 @@ RecordStream::RecordStream(Display* posting)
                                                  reinterpret_cast<XPointer>(this)) == 0) {
     throw std::runtime_error("RECORD refuses a context");
   }
-  // Only after the answer is the context certain to be on.
+  // Only after the answer is the context certain to be on; the call above may have read it.
   XFlush(data_.get());
-  wait(std::chrono::seconds(1));
-  drain();
+  while (!isOn_ && wait(std::chrono::seconds(1))) drain();
 }
 
 RecordStream::~RecordStream() = default;
@@ -89,6 +88,7 @@ bool RecordStream::wait(std::chrono::milliseconds timeout) {
 
 void RecordStream::intercept(XPointer self, XRecordInterceptData* data) {
   auto& stream = *reinterpret_cast<RecordStream*>(self);
+  if (data->category == XRecordStartOfData) stream.isOn_ = true;
   if (data->category == XRecordFromClient) {
     stream.takeRequest(data->data);
   } else if (data->category == XRecordFromServer) {

@@ -62,6 +62,7 @@ class RecordStream {
 
   DisplayPointer data_;
   XRecordContext context_ = 0;
+  bool isOn_ = false;
   int testOpcode_;
   std::deque<RecordedEvent> events_;
   std::deque<Posted> expected_;

@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <vector>
 
 #include "kivra_session.h"
 
@@ -67,12 +69,43 @@ TEST(BadSession, NoRussianLayout) {
   EXPECT_EQ(window.textAfter("ghbdtn "), "ghbdtn ");
 }
 
-TEST(BadSession, SecondInstanceLeaves) {
+TEST(BadSession, OneOfManyInstancesStays) {
   XSession session;
-  session.startKivra();
-  const auto second = session.start({KIVRA_PROGRAM}, "second.log");
-  EXPECT_EQ(second->wait(10s), 0);
-  EXPECT_NE(session.readFile("second.log").find("уже запущен"), std::string::npos);
+  std::vector<std::unique_ptr<ChildProcess>> started;
+  for (int i = 0; i < 4; ++i) {
+    const auto log = session.path("started" + std::to_string(i));
+    started.push_back(std::make_unique<ChildProcess>(
+        std::vector<std::string>{KIVRA_PROGRAM},
+        ChildProcess::Options{.environment = session.environment(), .outputFile = log}));
+  }
+  const auto running = [&] {
+    return std::ranges::count_if(started, [](auto& one) { return !one->wait(0ms); });
+  };
+  EXPECT_TRUE(waitFor([&] { return running() == 1; }, 20s)) << running();
+  const auto stays = std::ranges::find_if(started, [](auto& one) { return !one->wait(0ms); });
+  ASSERT_NE(stays, started.end());
+  const auto line = "Kivra: уже запущен (pid [" + std::to_string((*stays)->pid()) + "]), выходим";
+  for (std::size_t i = 0; i < started.size(); ++i) {
+    if (started[i] == *stays) continue;
+    EXPECT_EQ(started[i]->wait(0ms), 0);
+    EXPECT_NE(session.readFile("started" + std::to_string(i)).find(line), std::string::npos);
+  }
+  EXPECT_TRUE(waitFor([&] { return session.isSpaceGrabbed(); }));
+}
+
+TEST(BadSession, SecondInstanceLeavesWithoutABus) {
+  XSession session;
+  auto environment = session.environment();
+  environment["DBUS_SESSION_BUS_ADDRESS"] = "unix:path=/nowhere";
+  const ChildProcess first({KIVRA_PROGRAM},
+                           {.environment = environment, .outputFile = session.path("kivra.log")});
+  EXPECT_TRUE(logs(session, "AT-SPI"));
+  ChildProcess second({KIVRA_PROGRAM},
+                      {.environment = environment, .outputFile = session.path("second.log")});
+  EXPECT_EQ(second.wait(10s), 0);
+  const auto pid = std::to_string(first.pid());
+  EXPECT_NE(session.readFile("second.log").find("уже запущен (pid [" + pid + "])"),
+            std::string::npos);
 }
 
 }  // namespace

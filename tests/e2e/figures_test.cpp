@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <future>
 #include <iostream>
 #include <iterator>
 #include <numeric>
@@ -13,6 +14,8 @@
 #include <vector>
 
 #include "kivra_session.h"
+#include "screen_reader.h"
+#include "tray_host.h"
 
 namespace kivra::e2e {
 namespace {
@@ -101,6 +104,51 @@ TEST(Figures, ProcessorTimeAndMemory) {
             << " MB, guard " << residentKilobytes(processes[1]) / 1024 << " MB\n";
   EXPECT_LT(milliseconds, 10000);
   EXPECT_LT(residentKilobytes(processes[0]), 80 * 1024);
+}
+
+long millisecondsSince(Clock::time_point start) {
+  return std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - start).count();
+}
+
+TEST(Figures, Start) {
+  { KivraSession warmUp; }  // the indexes of the dictionaries are made once
+  XSession session;
+  const TrayHost host(session.environment().at("DBUS_SESSION_BUS_ADDRESS"));
+  const auto start = Clock::now();
+  const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
+  const auto grabbed = std::async(
+      std::launch::async, [&] { return waitFor([&] { return session.isSpaceGrabbed(); }); });
+  host.waitForItem();
+  const auto untilItem = millisecondsSince(start);
+  grabbed.wait();
+  const auto untilGrabs = millisecondsSince(start);
+  std::cout << "[ FIGURES  ] from start to status item: " << untilItem
+            << " ms, to interception: " << untilGrabs << " ms\n";
+  EXPECT_LT(untilItem, 1000);
+  EXPECT_LT(untilGrabs, 1000);
+}
+
+TEST(Figures, WindowsAndIdleness) {
+  KivraSession desktop;
+  const auto& bus = desktop.session.environment().at("DBUS_SESSION_BUS_ADDRESS");
+  const TrayHost host(bus);
+  host.waitForItem();
+  const auto pid = desktop.session.kivra().pid();
+  const auto resident = [&] { return residentKilobytes(pid) / 1024; };
+  const auto never = resident();
+  host.choose("Настройки…");
+  const ScreenReader reader(bus, "Kivra");
+  for (const auto* tab : {"Перевод", "База", "Хоткеи", "Общие"}) {
+    reader.press(reader.waitFor("page tab", tab));
+  }
+  std::cout << "[ FIGURES  ] resident memory: windows never opened " << never << " MB, open "
+            << resident() << " MB\n";
+  constexpr auto idle = 20s;
+  const auto before = processorTicks(pid);
+  std::this_thread::sleep_for(idle);
+  const auto used = (processorTicks(pid) - before) * 1000 / ::sysconf(_SC_CLK_TCK);
+  std::cout << "[ FIGURES  ] processor time of an idle minute: " << used * (60s / idle) << " ms\n";
+  EXPECT_LT(used, 1000);
 }
 
 }  // namespace

@@ -16,6 +16,7 @@
 #include "platform/qt/qt_run_loop.h"
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/x11/system_tray.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace kivra {
@@ -54,7 +55,7 @@ class LinuxDesktop : public Privacy {
   LinuxTextServices text_;
   qt::QtAlerts alerts_;
   qt::QtLocalKeyMonitors localKeyMonitors_;
-  qt::QtStatusBar statusBar_{log_};
+  qt::QtStatusBar statusBar_{log_, x11::hasSystemTray};
   qt::QtWindows windows_;
   std::string reportedAccessibility_;
   std::string reportedInput_;

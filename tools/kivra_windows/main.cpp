@@ -19,6 +19,7 @@
 #include "platform/qt/qt_local_key_monitors.h"
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/x11/system_tray.h"
 
 namespace {
 
@@ -88,7 +89,7 @@ class Gallery {
   kivra::embedded::EmbeddedDesktop desktop_{printEffect, [] { return nullptr; }};
   kivra::qt::QtWindows windows_;
   kivra::qt::QtLocalKeyMonitors monitors_;
-  kivra::qt::QtStatusBar statusBar_{desktop_.session};
+  kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::x11::hasSystemTray};
   kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_)};
   QTimer clock_;
 };

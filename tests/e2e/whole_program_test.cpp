@@ -1,0 +1,150 @@
+// The program as its user meets it: the status item, the windows, what they change at once.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "kivra_session.h"
+#include "screen_reader.h"
+#include "tray_host.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::string& busOf(const XSession& session) {
+  return session.environment().at("DBUS_SESSION_BUS_ADDRESS");
+}
+
+std::vector<std::string> labels(const TrayHost& host) {
+  std::vector<std::string> all;
+  for (const auto& entry : host.menu()) all.push_back(entry.label);
+  return all;
+}
+
+/// A session with a tray host in which Kivra runs, and its settings window open.
+struct OpenSettings : KivraSession {
+  OpenSettings() {
+    host.waitForItem();
+    host.choose("Настройки…");
+    reader.waitFor("page tab", "Общие");
+  }
+
+  /// Waits for the window manager as well: a change of windows forgets the word begun before it.
+  void returnToEditor() {
+    session.run({"xdotool", "windowactivate", "--sync", std::to_string(window.window())});
+    window.focus();
+    window.clear();
+  }
+
+  void showTab(const std::string& name) { reader.press(reader.waitFor("page tab", name)); }
+
+  TrayHost host{busOf(session)};
+  ScreenReader reader{busOf(session), "Kivra"};
+};
+
+TEST(WholeProgram, ItemComesWithALateTrayAndItsMenuEndsTheProgram) {
+  XSession session;
+  session.startKivra();
+  EXPECT_NE(session.kivraLog().find("области уведомлений нет"), std::string::npos);
+  const TrayHost host(busOf(session));
+  host.waitForItem();
+  EXPECT_EQ(host.title(), "Kivra");
+  EXPECT_EQ(labels(host), (std::vector<std::string>{
+                              "Выключить Kivra", "", "Перехват клавиатуры: работает ✓",
+                              "Разрешения выданы ✓", "", "Настройки…", "", "Завершить Kivra"}));
+  host.choose("Завершить Kivra");
+  EXPECT_EQ(session.kivra().wait(5s), 0);
+}
+
+TEST(WholeProgram, ItemComesWithALateTrayOfTheOldKind) {
+  XSession session;
+  session.startKivra();
+  const auto items = [&] {
+    return session.run({"xdotool", "search", "--onlyvisible", "--class", "kivra"});
+  };
+  EXPECT_EQ(items(), "");
+  const auto tray = session.start({"trayer"});
+  EXPECT_TRUE(waitFor([&] { return !items().empty(); })) << session.kivraLog();
+}
+
+TEST(WholeProgram, SwitchingOffAndOnCountsAtOnce) {
+  OpenSettings desktop;
+  const auto typed = [&](const char* expected) {
+    desktop.returnToEditor();
+    desktop.typist.selectGroup(0);
+    desktop.typist.type("ghbdtn ");
+    return desktop.window.textAfter(expected);
+  };
+  desktop.host.choose("Выключить Kivra");
+  EXPECT_TRUE(waitFor([&] { return labels(desktop.host).at(0) == "Включить Kivra"; }));
+  EXPECT_EQ(typed("ghbdtn "), "ghbdtn ");
+  desktop.reader.press(desktop.reader.waitFor("check box", "Включить Kivra"));
+  EXPECT_TRUE(waitFor([&] { return labels(desktop.host).at(0) == "Выключить Kivra"; }));
+  EXPECT_EQ(typed("привет "), "привет ");
+}
+
+TEST(WholeProgram, ReplacementAddedCountsAtTheNextWord) {
+  OpenSettings desktop;
+  desktop.showTab("База");
+  const auto& reader = desktop.reader;
+  reader.setText(reader.waitFor("text", "Что набрано (любая раскладка: мучщк или vexor)"), "zxq");
+  reader.setText(reader.waitFor("text", "На что заменить (например VEXOR)"), "works");
+  reader.press(reader.waitFor("push button", "Добавить"));
+  reader.waitFor("push button", "Удалить «zxq»");
+  desktop.returnToEditor();
+  desktop.typist.type("zxq ");
+  EXPECT_EQ(desktop.window.textAfter("works "), "works ");
+}
+
+TEST(WholeProgram, RecordedHotkeyCountsAtTheNextPress) {
+  OpenSettings desktop;
+  desktop.showTab("Хоткеи");
+  constexpr auto row = "Ручное переключение раскладки";
+  const auto label = [&] { return desktop.reader.waitFor("push button", row).description; };
+  EXPECT_EQ(label(), "⌃⌥P");
+  desktop.reader.press(desktop.reader.waitFor("push button", row));
+  EXPECT_TRUE(waitFor([&] { return label() == "Нажми комбинацию… (⎋ отмена)"; })) << label();
+  desktop.session.run(
+      {"xdotool", "search", "--sync", "--name", "настройки", "windowactivate", "--sync"});
+  desktop.typist.chord({keys::control, keys::shift, keys::p});
+  EXPECT_TRUE(waitFor([&] { return label() == "⌃⇧P"; })) << label();
+  desktop.returnToEditor();
+  desktop.typist.type("fg");
+  desktop.typist.chord({keys::control, keys::shift, keys::p});
+  EXPECT_EQ(desktop.window.textAfter("ап"), "ап");
+}
+
+TEST(WholeProgram, PermissionsWindowClosesWhenAllIsGranted) {
+  XSession session({.accessibility = false});
+  const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
+  const auto isOpen = [&] {
+    return !session.run({"xdotool", "search", "--onlyvisible", "--name", "разрешения"}).empty();
+  };
+  EXPECT_TRUE(waitFor(isOpen)) << session.kivraLog();
+  session.switchAccessibilityOn();
+  EXPECT_TRUE(waitFor([&] { return !isOpen(); }));
+  EXPECT_TRUE(waitFor([&] { return session.isSpaceGrabbed(); }));
+}
+
+TEST(WholeProgram, EveryControlHasANameAndTakesTheFocus) {
+  OpenSettings desktop;
+  const std::vector<std::string> used = {"push button", "check box",     "combo box",
+                                         "text",        "password text", "page tab"};
+  for (const auto* tab : {"Общие", "Перевод", "База", "Хоткеи"}) {
+    desktop.showTab(tab);
+    std::size_t count = 0;
+    for (const auto& control : desktop.reader.controls()) {
+      if (!control.isShowing || std::ranges::find(used, control.role) == used.end()) continue;
+      ++count;
+      EXPECT_FALSE(control.name.empty()) << tab << ": a " << control.role;
+      if (control.role == "page tab") continue;  // the bar of tabs takes the focus for them
+      EXPECT_TRUE(control.isFocusable) << tab << ": " << control.role << " " << control.name;
+    }
+    EXPECT_GT(count, 5U) << tab;
+  }
+}
+
+}  // namespace
+}  // namespace kivra::e2e
