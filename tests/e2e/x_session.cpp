@@ -148,6 +148,8 @@ bool XSession::isSpaceGrabbed() const {
   if (display == nullptr) return false;
   grabFailed = false;
   auto* const previous = XSetErrorHandler(noteFailure);
+  // Kivra must not find the key taken by the very question.
+  XGrabServer(display);
   XGrabKey(display, XKeysymToKeycode(display, XK_space), 0, DefaultRootWindow(display), False,
            GrabModeAsync, GrabModeAsync);
   XCloseDisplay(display);
