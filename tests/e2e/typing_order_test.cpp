@@ -78,7 +78,7 @@ TEST_P(TypingOrder, IsThatOfTheEmbeddedDesktop) {
   const auto count = compare(text, expected);
   std::cout << "[ FIGURES  ] " << GetParam() << " ms between keys: " << count.same << " of "
             << wordCount << " words as on the embedded desktop\n";
-  EXPECT_TRUE(text == expected) << count.firstDifference;
+  EXPECT_TRUE(text == expected) << count.firstDifference << '\n' << desktop.session.kivraLog();
 }
 
 INSTANTIATE_TEST_SUITE_P(Pace, TypingOrder, testing::Values(2, 5, 10, 30),
@@ -114,7 +114,8 @@ TEST(TypingBurst, LosesAndMisplacesNothing) {
   std::cout << "[ FIGURES  ] burst: " << compare(text, expected).same << " of " << wordCount
             << " words as on the embedded desktop\n";
   // Words may stay uncorrected, but none may lose, double or swap a letter.
-  EXPECT_EQ(compare(keysOf(text), keysOf(expected)).firstDifference, "");
+  EXPECT_EQ(compare(keysOf(text), keysOf(expected)).firstDifference, "")
+      << desktop.session.kivraLog();
 }
 
 }  // namespace
