@@ -116,16 +116,40 @@ TEST(WholeProgram, RecordedHotkeyCountsAtTheNextPress) {
   EXPECT_EQ(desktop.window.textAfter("ап"), "ап");
 }
 
-TEST(WholeProgram, PermissionsWindowClosesWhenAllIsGranted) {
-  XSession session({.accessibility = false});
-  const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
-  const auto isOpen = [&] {
+/// A session without accessibility, where the permissions window has come up.
+struct WithoutAccessibility {
+  WithoutAccessibility() {
+    EXPECT_TRUE(waitFor([this] { return isWindowOpen(); })) << session.kivraLog();
+  }
+
+  bool isWindowOpen() {
     return !session.run({"xdotool", "search", "--onlyvisible", "--name", "разрешения"}).empty();
-  };
-  EXPECT_TRUE(waitFor(isOpen)) << session.kivraLog();
-  session.switchAccessibilityOn();
-  EXPECT_TRUE(waitFor([&] { return !isOpen(); }));
-  EXPECT_TRUE(waitFor([&] { return session.isSpaceGrabbed(); }));
+  }
+
+  void expectToBeInOrder() {
+    EXPECT_TRUE(waitFor([this] { return !isWindowOpen(); }));
+    EXPECT_TRUE(waitFor([this] { return session.isSpaceGrabbed(); }));
+  }
+
+  XSession session{{.accessibility = false}};
+  std::unique_ptr<ChildProcess> kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
+};
+
+TEST(WholeProgram, PermissionsWindowClosesWhenAllIsGranted) {
+  WithoutAccessibility desktop;
+  desktop.session.switchAccessibilityOn();
+  desktop.expectToBeInOrder();
+}
+
+TEST(WholeProgram, PermissionsWindowSwitchesAccessibilityOn) {
+  WithoutAccessibility desktop;
+  desktop.session.run({"xdotool", "search", "--sync", "--name", "разрешения", "windowactivate"});
+  // By the keyboard, one control after the other: the request is among them.
+  waitFor([&] {
+    desktop.session.run({"xdotool", "key", "Tab", "space"});
+    return !desktop.isWindowOpen();
+  });
+  desktop.expectToBeInOrder();
 }
 
 TEST(WholeProgram, EveryControlHasANameAndTakesTheFocus) {

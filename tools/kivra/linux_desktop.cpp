@@ -75,7 +75,11 @@ bool LinuxDesktop::isProcessTrusted() {
   return isTrusted;
 }
 
-bool LinuxDesktop::isProcessTrustedWithOptions(bool /*prompt*/) { return isProcessTrusted(); }
+bool LinuxDesktop::isProcessTrustedWithOptions(bool prompt) {
+  const auto isTrusted = isProcessTrusted();
+  if (prompt && !isTrusted) accessibility_.requestEnabled();
+  return isTrusted;
+}
 
 std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
 
