@@ -78,6 +78,10 @@ void RecordStream::catchUp() {
   }
   expected_.clear();
   grabsSeen_ = grabsSent_;
+  // The event's record follows at once or, when the key was down or up already, never: then a
+  // user's event must not be taken for it.
+  if (pending_ && wait(std::chrono::milliseconds(5))) drain();
+  pending_.reset();
 }
 
 bool RecordStream::wait(std::chrono::milliseconds timeout) {
