@@ -70,7 +70,7 @@ void RecordStream::drain() { XRecordProcessReplies(data_.get()); }
 void RecordStream::catchUp() {
   // The requests have been carried out, so their records are on the way; the bound only keeps a
   // server that misbehaves from hanging the guard.
-  constexpr std::chrono::milliseconds patience(500);
+  constexpr std::chrono::milliseconds patience(100);
   drain();
   while (!expected_.empty() || grabsSeen_ < grabsSent_) {
     if (!wait(patience)) break;
