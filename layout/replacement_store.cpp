@@ -67,10 +67,11 @@ void ReplacementStore::add(std::string_view pattern, std::string_view replacemen
   replacement = text::trimmed(replacement);
   if (text::characterCount(pattern) < 2 || replacement.empty()) return;
   auto entries = entries_;
-  const auto same = std::ranges::find(entries, normalize(pattern),
-                                      [](const Entry& entry) { return normalize(entry.pattern); });
-  if (same != entries.end()) {
-    same->replacement = replacement;
+  const auto normalized = normalize(pattern);
+  if (index_.contains(normalized)) {
+    std::ranges::find(entries, normalized, [](const Entry& entry) {
+      return normalize(entry.pattern);
+    })->replacement = replacement;
   } else {
     entries.push_back({Uuid::random(), std::string(pattern), std::string(replacement)});
   }

@@ -30,8 +30,8 @@ class HttpClient {
 
   /// Sends the request and answers whatever comes back, whatever its status. A redirect is answered
   /// as it is rather than followed: the headers are for the host of the request only. Fails when no
-  /// whole answer comes in time, when the certificate is not trusted, and when it is not an
-  /// address.
+  /// whole answer comes in time, when the certificate is not trusted, when it is not an
+  /// address, and when the value of a header holds a line break.
   virtual void data(HttpRequest request, Completion<HttpResponse> completion) = 0;
 };
 

@@ -6,9 +6,11 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QToolButton>
+#include <QValidator>
 #include <QWheelEvent>
 #include <utility>
 
+#include "platform/qt/shown_text.h"
 #include "platform/qt/switch_widget.h"
 #include "platform/qt/symbol.h"
 #include "platform/qt/view_style.h"
@@ -111,9 +113,23 @@ class DrawnPicker : public DrawnView {
   std::function<void(const ViewValue&)> assign_;
 };
 
+/// A field of one line takes what is pasted as one line.
+class OneLine : public QValidator {
+ public:
+  using QValidator::QValidator;
+
+  State validate(QString& input, int& position) const override {
+    const auto afterCursor = withoutLineBreaks(input.mid(position)).size();
+    input = withoutLineBreaks(input);
+    position = static_cast<int>(std::max(qsizetype{0}, input.size() - afterCursor));
+    return Acceptable;
+  }
+};
+
 class DrawnField : public DrawnView {
  public:
   explicit DrawnField(bool isSecure) {
+    edit_->setValidator(new OneLine(edit_));
     if (isSecure) edit_->setEchoMode(QLineEdit::Password);
     // Not only what is typed: assistive programs set the text.
     QObject::connect(edit_, &QLineEdit::textChanged, edit_, [this](const QString& text) {
@@ -129,7 +145,7 @@ class DrawnField : public DrawnView {
     edit_->setAccessibleName(shown(view.placeholder));
     edit_->setEnabled(view.isEnabled);
     // Setting the text that is there already would move the cursor.
-    const auto text = shown(std::get<std::string>(view.value));
+    const auto text = withoutLineBreaks(shown(std::get<std::string>(view.value)));
     const QSignalBlocker blocker(edit_);
     if (text != edit_->text()) edit_->setText(text);
   }
@@ -158,7 +174,7 @@ class DrawnButton : public DrawnView {
     const auto hasOwnName = !view.accessibilityName.empty();
     button_->setAccessibleName(shown(hasOwnName ? view.accessibilityName : view.text));
     button_->setAccessibleDescription(hasOwnName ? shown(view.text) : QString());
-    if (view.text.empty()) button_->setToolTip(shown(view.accessibilityName));
+    if (view.text.empty()) button_->setToolTip(toolTipText(view.accessibilityName));
   }
 
  private:

@@ -3,25 +3,18 @@
 #include <QApplication>
 #include <QPainter>
 
+#include "platform/qt/shown_text.h"
 #include "platform/qt/view_style.h"
 
 namespace kivra::qt {
 
-namespace {
-
-/// Longer lines fit no window.
-constexpr int longestShown = 500;
-
-}  // namespace
-
 void ElidedLabel::setView(const View& view) {
   view_ = view;
-  const auto whole = QString::fromStdString(view.text);
   setFont(styledFont(view, QApplication::font()));
   setTextFormat(Qt::PlainText);
-  setText(whole.left(longestShown).simplified());
-  setToolTip(whole.toHtmlEscaped());
-  setAccessibleName(whole);
+  setText(shownLine(view.text));
+  setToolTip(toolTipText(view.text));
+  setAccessibleName(QString::fromStdString(view.text));
   updateGeometry();
 }
 

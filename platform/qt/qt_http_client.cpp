@@ -2,6 +2,7 @@
 
 #include <QNetworkReply>
 #include <QTimer>
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -15,12 +16,20 @@ using Outcome = std::variant<HttpResponse, PlatformError>;
 
 constexpr const char* timedOut = "The request timed out.";
 constexpr const char* notAnAddress = "The address cannot be used.";
+constexpr const char* notAHeader = "A header holds a line break.";
 
 /// A request whose headers hold a key goes out encrypted or not at all.
 bool isAllowed(const QUrl& url) {
   if (!url.isValid() || url.host().isEmpty()) return false;
   return url.scheme() == QLatin1String("https") ||
          (url.scheme() == QLatin1String("http") && isLoopback(url.host()));
+}
+
+/// A line break in a value would end the header and begin another.
+bool hasLineBreak(const HttpRequest& request) {
+  return std::ranges::any_of(request.headers, [](const auto& header) {
+    return header.second.find_first_of("\r\n") != std::string::npos;
+  });
 }
 
 /// Qt counts statuses from 400 on as errors, with numbers of their own; there the answer is whole.
@@ -52,9 +61,13 @@ QtHttpClient::QtHttpClient(const Options& options) {
 
 void QtHttpClient::data(HttpRequest request, Completion<HttpResponse> completion) {
   const auto outgoing = networkRequest(request);
-  if (!isAllowed(outgoing.url())) {
-    QTimer::singleShot(0, &manager_,
-                       [called = std::move(completion)] { called(PlatformError(notAnAddress)); });
+  const auto* const problem = !isAllowed(outgoing.url()) ? notAnAddress
+                              : hasLineBreak(request)    ? notAHeader
+                                                         : nullptr;
+  if (problem != nullptr) {
+    QTimer::singleShot(0, &manager_, [called = std::move(completion), problem] {
+      called(PlatformError(problem));
+    });
     return;
   }
   // Requests of the manager, and with them the completions, go when it goes.

@@ -40,7 +40,11 @@ bool hasStyle(const View& view, ViewStyle style) {
 
 QFont styledFont(const View& view, const QFont& base) {
   auto font = base;
-  font.setPointSizeF(base.pointSizeF() * sizeFactor(view));
+  if (base.pointSizeF() > 0) {
+    font.setPointSizeF(base.pointSizeF() * sizeFactor(view));
+  } else {  // some themes give the size of their font in pixels
+    font.setPixelSize(static_cast<int>(std::lround(base.pixelSize() * sizeFactor(view))));
+  }
   if (hasStyle(view, ViewStyle::bold) || hasStyle(view, ViewStyle::headline)) font.setBold(true);
   return font;
 }

@@ -22,7 +22,6 @@ class WrappingLabel : public QLabel {
   void keepWholeText();
 
   View view_;
-  QFont appliedFont_;
   bool isApplyingStyle_ = false;
 };
 

@@ -72,6 +72,16 @@ TEST_F(QtHttpClientTest, SendsAndAnswersWhatItWasGiven) {
       << sent.headers;
 }
 
+TEST_F(QtHttpClientTest, SendsNoHeaderWithALineBreak) {
+  auto& server = serve(httpAnswer(200, "{}"));
+  for (const auto* key : {"key\n", "key\r\nHost: elsewhere", "\rkey"}) {
+    auto odd = request();
+    odd.headers[0].second = key;
+    EXPECT_EQ(failure(send(client_, odd)), "A header holds a line break.");
+  }
+  EXPECT_TRUE(server.requests.empty());
+}
+
 TEST_F(QtHttpClientTest, AnswersEveryStatusWithItsBody) {
   for (const int status : {204, 400, 401, 403, 404, 413, 429, 456, 500, 503, 529}) {
     const auto body = status == 204 ? "" : "Wrong endpoint, спасибо";

@@ -4,6 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
@@ -11,6 +12,7 @@
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QTest>
+#include <QTextDocumentFragment>
 #include <chrono>
 #include <optional>
 
@@ -33,7 +35,7 @@ class QtWindowsTest : public testing::Test {
   }
 
   void openSettings(int tab) {
-    launch();
+    if (!app_) launch();
     app_->services.showSettingsWindow();
     turn();
     tabs()->setCurrentIndex(tab);
@@ -204,7 +206,7 @@ TEST_F(QtWindowsTest, EntriesAreAddedAndRemoved) {
   EXPECT_TRUE(shows("Записи (0)"));
 }
 
-TEST_F(QtWindowsTest, ALongDictionaryOpensAndScrollsAtOnce) {
+TEST_F(QtWindowsTest, OfALongDictionaryOnlyTheRowsInSightAreDrawn) {
   launch();
   std::vector<ReplacementStore::Entry> entries;
   entries.reserve(20'000);
@@ -214,7 +216,6 @@ TEST_F(QtWindowsTest, ALongDictionaryOpensAndScrollsAtOnce) {
   }
   app_->services.replacements().setEntries(entries);
   app_->services.showSettingsWindow();
-  const auto start = std::chrono::steady_clock::now();
   tabs()->setCurrentIndex(2);
   turn();
   auto* const area = rowsArea();
@@ -226,11 +227,84 @@ TEST_F(QtWindowsTest, ALongDictionaryOpensAndScrollsAtOnce) {
   }
   EXPECT_NE(named<QAbstractButton>("Удалить «слово 19999»"), nullptr);
   EXPECT_LT(area->findChildren<QAbstractButton*>().size(), 30);
-  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
   QTest::mouseClick(named<QAbstractButton>("Удалить «слово 19998»"), Qt::LeftButton);
   turn();
   EXPECT_EQ(named<QAbstractButton>("Удалить «слово 19998»"), nullptr);
   EXPECT_EQ(app_->services.replacements().entries().size(), 19'999U);
+}
+
+TEST_F(QtWindowsTest, WhatIsPastedIsOneLine) {
+  openSettings(1);
+  const auto paste = [&](const char* field) {
+    auto* const edit = named<QLineEdit>(field);
+    QApplication::clipboard()->setText("\r\nодна\r\nдве\u2028три\n\n");
+    edit->setText("<>");
+    edit->setCursorPosition(1);
+    edit->paste();
+    turn();
+    EXPECT_EQ(edit->text(), "< одна две три  >") << field;
+    EXPECT_EQ(edit->cursorPosition(), edit->text().size() - 1) << field;
+    edit->selectAll();
+    edit->paste();
+    turn();
+    EXPECT_EQ(edit->text(), "одна две три") << field;
+  };
+  paste("API-ключ (хранится в Keychain)");
+  EXPECT_EQ(app_->services.text.keychain().read("deepl-api-key"), "одна две три");
+  tabs()->setCurrentIndex(2);
+  turn();
+  paste(patternField);
+  paste(replacementField);
+  QTest::mouseClick(named<QAbstractButton>("Добавить"), Qt::LeftButton);
+  const auto& added = app_->services.replacements().entries().back();
+  EXPECT_EQ(added.pattern, "одна две три");
+  EXPECT_EQ(added.replacement, "одна две три");
+}
+
+TEST_F(QtWindowsTest, AStoredKeyWithALineBreakCanBeEdited) {
+  launch();
+  app_->services.text.keychain().write("key\n", "deepl-api-key");
+  app_->services.showSettingsWindow();
+  tabs()->setCurrentIndex(1);
+  turn();
+  auto* const key = named<QLineEdit>("API-ключ (хранится в Keychain)");
+  ASSERT_EQ(key->text(), "key");
+  key->setCursorPosition(1);
+  settings().isEnabled.set(false);
+  turn();
+  EXPECT_EQ(key->cursorPosition(), 1);
+  type(key, "!");
+  EXPECT_EQ(app_->services.text.keychain().read("deepl-api-key"), "k!ey");
+}
+
+/// What a tool tip shows.
+std::string tipText(const QString& tip) {
+  return (Qt::mightBeRichText(tip) ? QTextDocumentFragment::fromHtml(tip).toPlainText() : tip)
+      .toStdString();
+}
+
+TEST_F(QtWindowsTest, EntriesShowWhatTheyHold) {
+  launch();
+  const std::string longText(100'000, 'w');
+  app_->services.replacements().setEntries(
+      {{Uuid::random(), "a&b <b>c</b>", "\u0001\u007F\u0080"},
+       {Uuid::random(), "\u202Eшалом שלום", "👍🏽\tдва\nтри"},
+       {Uuid::random(), longText, longText}});
+  openSettings(2);
+  for (const auto* shown :
+       {"a&b <b>c</b>", "\u2401\u2421\uFFFD", "\uFFFDшалом שלום", "👍🏽 два три"}) {
+    EXPECT_TRUE(shows(shown)) << shown;
+  }
+  for (const auto* label : rowsArea()->findChildren<QLabel*>()) {
+    if (!label->toolTip().isEmpty()) {
+      EXPECT_EQ(tipText(label->toolTip()), label->text().toStdString());
+    }
+    EXPECT_LE(label->text().size(), 500);
+  }
+  const auto* const remove = named<QAbstractButton>("Удалить «a&b <b>c</b>»");
+  ASSERT_NE(remove, nullptr);
+  EXPECT_EQ(tipText(remove->toolTip()), "Удалить «a&b <b>c</b>»");
+  EXPECT_EQ(window("settings")->width(), 480);
 }
 
 TEST_F(QtWindowsTest, TheRecorderSwallowsKeysUntilItHasItsHotkey) {
