@@ -99,13 +99,17 @@ std::string ReplacementStore::normalize(std::string_view text) {
   return normalized;
 }
 
+// One entry at a time: a tree of the whole of a long dictionary would take several times its
+// memory.
 void ReplacementStore::save() {
-  auto array = json::Value::array();
+  std::string array = "[";
   for (const auto& entry : entries_) {
-    array.push_back(
+    if (array.size() > 1) array += ',';
+    array += json::encode(
         {{"id", entry.id.text()}, {"pattern", entry.pattern}, {"replacement", entry.replacement}});
   }
-  defaults_.set(Data{json::encode(array)}, key);
+  array += ']';
+  defaults_.set(Data{std::move(array)}, key);
 }
 
 void ReplacementStore::rebuildIndex() {

@@ -232,6 +232,8 @@ std::unique_ptr<SpellingIndex> SpellingIndex::fromFile(const std::filesystem::pa
   std::unique_ptr<SpellingIndex> index(new SpellingIndex);
   index->mapping_ = std::make_unique<Mapping>(start, size);
   if (!index->attach({static_cast<const char*>(start), size}, identity)) return nullptr;
+  // The check has read the whole file; words need few of its pages, which stay in the file's cache.
+  madvise(start, size, MADV_DONTNEED);
   return index;
 }
 

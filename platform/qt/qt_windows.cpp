@@ -3,6 +3,7 @@
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 #include <optional>
@@ -26,6 +27,13 @@ class WindowWidget : public QWidget {
     event->accept();
     const auto handler = closeHandler;
     if (handler) handler();
+    QTimer::singleShot(0, this, [this] { giveBackMemory(); });
+  }
+
+ private:
+  /// A closed window needs no picture of itself; what it holds is kept for the next time.
+  void giveBackMemory() {
+    if (!isVisible()) destroy();
   }
 };
 
