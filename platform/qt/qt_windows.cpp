@@ -1,5 +1,7 @@
 #include "platform/qt/qt_windows.h"
 
+#include <malloc.h>
+
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QScreen>
@@ -33,7 +35,10 @@ class WindowWidget : public QWidget {
  private:
   /// A closed window needs no picture of itself; what it holds is kept for the next time.
   void giveBackMemory() {
-    if (!isVisible()) destroy();
+    if (isVisible()) return;
+    destroy();
+    // What the lists and texts of the window took lies in pieces that nothing needs for long.
+    malloc_trim(0);
   }
 };
 
