@@ -62,6 +62,7 @@ class XSession {
 
   void switchAccessibilityOn();
   void killServer() { server_->signal(9); }
+  void killBus() { bus_->signal(9); }
 
  private:
   void startServer(const std::vector<std::string>& arguments);
