@@ -14,7 +14,7 @@ X11Desktop::X11Desktop(Environment environment)
                  .log = environment_.log,
                  .watchFd = environment_.watchFd}),
       inputSources(connection_, posted_, group_, environment_.log),
-      workspace(connection_, environment_.isPasswordFocused) {
+      workspace(connection_, environment_.isPasswordFocused, environment_.open) {
   connection_.onMapChange([this] { inputSources.invalidate(); });
 }
 

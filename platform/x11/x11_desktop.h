@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 
 #include "platform/log.h"
 #include "platform/run_loop.h"
@@ -26,6 +27,7 @@ class X11Desktop {
     WatchFd watchFd;
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
+    std::function<void(std::string_view)> open;  ///< opens an address
     std::function<void()> connectionLost;  ///< called once when the X server is gone
   };
 

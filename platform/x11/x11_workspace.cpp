@@ -34,8 +34,11 @@ std::string windowClass(const std::string& names) {
 
 }  // namespace
 
-X11Workspace::X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused)
-    : connection_(connection), isPasswordFocused_(std::move(isPasswordFocused)) {
+X11Workspace::X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused,
+                           std::function<void(std::string_view)> open)
+    : connection_(connection),
+      isPasswordFocused_(std::move(isPasswordFocused)),
+      open_(std::move(open)) {
   connection_.onPropertyChange([this](xcb_atom_t property) {
     const auto is = [&](const char* name) { return property == connection_.atom(name); };
     if (is(activeWindow) || is(className) || std::ranges::any_of(desktopFileNames, is)) {

@@ -3,17 +3,20 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/workspace.h"
 #include "platform/x11/x11_connection.h"
 
 namespace kivra::x11 {
 
-/// The active window's application, and whether it reads a password.
+/// The active window's application, and whether it reads a password; what X does not know is asked
+/// of others.
 class X11Workspace : public Workspace {
  public:
-  /// `isPasswordFocused` answers for the accessibility bus.
-  X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused);
+  /// `isPasswordFocused` answers for the accessibility bus, `open` opens addresses.
+  X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused,
+               std::function<void(std::string_view)> open);
   ~X11Workspace() override;
 
   std::optional<std::string> frontmostBundleIdentifier() override;
@@ -21,7 +24,7 @@ class X11Workspace : public Workspace {
   /// While another client holds the keyboard no key is decided of at all, so only the focused field
   /// remains to be asked about.
   bool isSecureEventInputEnabled() override { return isPasswordFocused_(); }
-  void open(std::string_view /*url*/) override {}
+  void open(std::string_view url) override { open_(url); }
 
  private:
   std::optional<std::string> readIdentifier();
@@ -29,6 +32,7 @@ class X11Workspace : public Workspace {
 
   X11Connection& connection_;
   std::function<bool()> isPasswordFocused_;
+  std::function<void(std::string_view)> open_;
   // Asked for at each word while the keyboard waits, and a dozen round trips to find out.
   std::optional<std::string> identifier_;
   bool isKnown_ = false;

@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
+#include <fstream>
 
 #include "kivra_session.h"
 #include "screen_reader.h"
@@ -69,6 +71,21 @@ TEST(WholeProgram, ItemComesWithALateTrayOfTheOldKind) {
   EXPECT_TRUE(waitFor([&] { return !items().empty(); })) << session.kivraLog();
 }
 
+TEST(WholeProgram, WindowComesToTheFrontWhateverIsThere) {
+  OpenSettings desktop;
+  const auto isInFront = [&] {
+    return desktop.session.run({"xdotool", "getactivewindow", "getwindowname"}) ==
+           "Kivra — настройки\n";
+  };
+  EXPECT_TRUE(waitFor(isInFront));
+  desktop.returnToEditor();
+  desktop.typist.type("word ");
+  EXPECT_EQ(desktop.window.textAfter("word "), "word ");
+  EXPECT_FALSE(isInFront());
+  desktop.host.choose("Настройки…");
+  EXPECT_TRUE(waitFor(isInFront));
+}
+
 TEST(WholeProgram, SwitchingOffAndOnCountsAtOnce) {
   OpenSettings desktop;
   const auto typed = [&](const char* expected) {
@@ -118,7 +135,13 @@ TEST(WholeProgram, RecordedHotkeyCountsAtTheNextPress) {
 
 /// A session without accessibility, where the permissions window has come up.
 struct WithoutAccessibility {
-  WithoutAccessibility() {
+  explicit WithoutAccessibility(const std::string& desktop = "") {
+    auto environment = session.environment();
+    environment["XDG_CURRENT_DESKTOP"] = desktop;
+    environment["PATH"] = session.path("bin").string() + ":" + environment["PATH"];
+    kivra = std::make_unique<ChildProcess>(
+        std::vector<std::string>{KIVRA_PROGRAM},
+        ChildProcess::Options{.environment = environment, .outputFile = session.path("kivra.log")});
     EXPECT_TRUE(waitFor([this] { return isWindowOpen(); })) << session.kivraLog();
   }
 
@@ -132,8 +155,28 @@ struct WithoutAccessibility {
   }
 
   XSession session{{.accessibility = false}};
-  std::unique_ptr<ChildProcess> kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
+  std::unique_ptr<ChildProcess> kivra;
 };
+
+/// Puts a program of this name before all others; it notes what it was given.
+void standIn(const XSession& session, const std::string& name) {
+  std::filesystem::create_directories(session.path("bin"));
+  const auto program = session.path("bin") / name;
+  std::ofstream(program) << "#!/bin/sh\necho \"$0 $*\" >>" << session.path("opened") << "\n";
+  std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+}
+
+/// What the last button of the permissions window opens on a desktop of this name.
+std::string openedOn(const std::string& desktop) {
+  WithoutAccessibility running(desktop);
+  auto& session = running.session;
+  for (const auto* name : {"xdg-open", "gnome-control-center"}) standIn(session, name);
+  session.run({"xdotool", "search", "--sync", "--name", "разрешения", "windowactivate", "--sync"});
+  session.run({"xdotool", "key", "shift+Tab", "space"});
+  EXPECT_TRUE(waitFor([&] { return session.readFile("opened").ends_with("\n"); }))
+      << session.kivraLog();
+  return session.readFile("opened").substr((session.path("bin").string() + "/").size());
+}
 
 TEST(WholeProgram, PermissionsWindowClosesWhenAllIsGranted) {
   WithoutAccessibility desktop;
@@ -150,6 +193,19 @@ TEST(WholeProgram, PermissionsWindowSwitchesAccessibilityOn) {
     return !desktop.isWindowOpen();
   });
   desktop.expectToBeInOrder();
+}
+
+TEST(WholeProgram, PermissionsWindowOpensTheSettingsOfTheDesktop) {
+  EXPECT_EQ(openedOn("ubuntu:GNOME"), "gnome-control-center universal-access\n");
+}
+
+TEST(WholeProgram, PermissionsWindowOpensTheHelpWhereTheDesktopHasNoPage) {
+  const auto opened = openedOn("");
+  constexpr std::string_view before = "xdg-open file://";
+  const auto end = opened.find("#Privacy_Accessibility\n");
+  ASSERT_TRUE(opened.starts_with(before) && end != std::string::npos) << opened;
+  const auto file = opened.substr(before.size(), end - before.size());
+  EXPECT_TRUE(std::filesystem::exists(file)) << file;
 }
 
 TEST(WholeProgram, EveryControlHasANameAndTakesTheFocus) {

@@ -26,6 +26,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                 },
             .guardProgram = std::move(guardProgram),
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .open = [this](std::string_view address) { opener_.open(address); },
             .connectionLost =
                 [this] {
                   reportLostServer();

@@ -4,6 +4,7 @@
 
 #include "linux_text_services.h"
 #include "platform/linux/accessibility_bus.h"
+#include "platform/linux/address_opener.h"
 #include "platform/linux/hunspell_spell_checker.h"
 #include "platform/linux/linux_application.h"
 #include "platform/linux/sqlite_defaults_database.h"
@@ -36,7 +37,7 @@ class LinuxDesktop : public Privacy {
   /// Connects to the X server when that has not been possible yet.
   AccessType checkAccess() override;
   bool requestAccess() override { return checkAccess() == AccessType::granted; }
-  std::string privacyPaneAddress() override { return {}; }
+  std::string privacyPaneAddress() override { return std::string(AddressOpener::settingsAddress); }
   std::string accessibilityRemedy() override;
   std::string inputMonitoringRemedy() override { return x11_.problem(); }
 
@@ -49,6 +50,7 @@ class LinuxDesktop : public Privacy {
   LinuxApplication application_;
   qt::QtRunLoop runLoop_;
   AccessibilityBus accessibility_;
+  AddressOpener opener_ = AddressOpener::ofSession();
   SqliteDefaultsDatabase defaults_;
   HunspellSpellChecker spellChecker_;
   x11::X11Desktop x11_;
