@@ -9,6 +9,8 @@ namespace kivra::qt {
 /// Shows a symbol as high as a line of the text in its style.
 class SymbolWidget : public QWidget {
  public:
+  SymbolWidget();
+
   void setView(const View& view);
 
   QSize sizeHint() const override;

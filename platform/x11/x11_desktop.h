@@ -28,7 +28,7 @@ class X11Desktop {
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
     std::function<void(std::string_view)> open;  ///< opens an address
-    std::function<void()> connectionLost;  ///< called once when the X server is gone
+    std::function<void()> connectionLost;        ///< called once when the X server is gone
   };
 
   explicit X11Desktop(Environment environment);
