@@ -21,6 +21,8 @@ namespace {
 
 constexpr int formMargin = 20;
 constexpr int sectionSpacing = 18;
+constexpr int mostOfIt = 1000;   // of the room goes to a list; the rest when the list is short
+constexpr int cornerMargin = 6;  // keeps a scroll bar out of the rounded corners
 
 QBoxLayout::Direction direction(const View& view) {
   return view.kind == ViewKind::hStack ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
@@ -119,15 +121,19 @@ class DrawnSection : public DrawnView {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
     layout->addWidget(header_);
-    layout->addWidget(ground_);
-    layout->addStretch(0);
+    layout->addWidget(ground_, mostOfIt);
+    layout->addStretch(1);
     auto* const ground = new QVBoxLayout(ground_);
     ground->setContentsMargins(0, 0, 0, 0);
     ground->setSpacing(0);
     ground->setSizeConstraint(QLayout::SetMaximumSize);  // no higher than its list
     ground->addWidget(few_);
-    ground->addWidget(many_, 1);
-    many_->hide();
+    auto* const list = new QVBoxLayout(list_);
+    list->setContentsMargins(1, cornerMargin, 1, cornerMargin);
+    list->setSizeConstraint(QLayout::SetMinAndMaxSize);
+    list->addWidget(many_);
+    ground->addWidget(list_, 1);
+    list_->hide();
   }
 
   QWidget* widget() const override { return widget_; }
@@ -141,7 +147,7 @@ class DrawnSection : public DrawnView {
     children_.update(view.children);
     few_->setVisible(!view.children.empty());
     many_->setRows(view.rows);
-    many_->setVisible(view.rows != nullptr);
+    list_->setVisible(view.rows != nullptr);
     many_->setAccessibleName(QString::fromStdString(view.text));
   }
 
@@ -150,6 +156,7 @@ class DrawnSection : public DrawnView {
   WrappingLabel* header_ = new WrappingLabel;
   GroundWidget* ground_ = new GroundWidget;
   LinedRows* few_ = new LinedRows;
+  QWidget* list_ = new QWidget;
   RowsArea* many_ = new RowsArea;
   DrawnChildren children_{few_->rows(), Surroundings::window};
 };

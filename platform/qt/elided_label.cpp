@@ -8,6 +8,13 @@
 
 namespace kivra::qt {
 
+namespace {
+
+/// So many letters stay where a longer text beside them takes the room.
+constexpr int keptLetters = 18;
+
+}  // namespace
+
 void ElidedLabel::setView(const View& view) {
   view_ = view;
   setFont(styledFont(view, QApplication::font()));
@@ -23,7 +30,7 @@ QSize ElidedLabel::sizeHint() const {
 }
 
 QSize ElidedLabel::minimumSizeHint() const {
-  return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * 6),
+  return {std::min(sizeHint().width(), fontMetrics().averageCharWidth() * keptLetters),
           fontMetrics().height()};
 }
 

@@ -15,7 +15,6 @@ namespace {
 constexpr int margin = 12;   // beside a row
 constexpr int leading = 12;  // above and below a row, together
 constexpr int fewestShown = 3;
-constexpr int mostWanted = 6;
 
 }  // namespace
 
@@ -36,7 +35,9 @@ void RowsArea::setRows(std::shared_ptr<const ViewRows> rows) {
   updateGeometry();
 }
 
-QSize RowsArea::sizeHint() const { return {200, std::min(count(), mostWanted) * rowHeight_}; }
+// What it wishes for the window makes room for, by scrolling all of its sections; it gets more where
+// there is more.
+QSize RowsArea::sizeHint() const { return {200, std::min(count(), fewestShown) * rowHeight_}; }
 
 void RowsArea::measure() {
   if (count() == 0) return;

@@ -20,6 +20,17 @@ void WrappingLabel::setView(const View& view) {
   keepWholeText();
 }
 
+QSize WrappingLabel::sizeHint() const {
+  const auto hint = QLabel::sizeHint();  // a few lines even of a text that fits on one
+  return {hint.width(), heightForWidth(width())};
+}
+
+// That of QLabel is never less than the minimum that was set for another width.
+int WrappingLabel::heightForWidth(int width) const {
+  const QRect room(0, 0, width, QWIDGETSIZE_MAX);
+  return fontMetrics().boundingRect(room, Qt::TextWordWrap, text()).height();
+}
+
 void WrappingLabel::resizeEvent(QResizeEvent* event) {
   QLabel::resizeEvent(event);
   keepWholeText();
@@ -46,7 +57,7 @@ void WrappingLabel::applyStyle() {
 // Layouts inside scrolled areas know nothing of heights that depend on widths.
 void WrappingLabel::keepWholeText() {
   const auto needed = heightForWidth(width());
-  if (needed > 0 && needed != minimumHeight()) setMinimumHeight(needed);
+  if (needed != minimumHeight()) setMinimumHeight(needed);
 }
 
 }  // namespace kivra::qt

@@ -13,6 +13,9 @@ class WrappingLabel : public QLabel {
 
   void setView(const View& view);
 
+  QSize sizeHint() const override;
+  int heightForWidth(int width) const override;
+
  protected:
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;

@@ -1,6 +1,7 @@
 // Shows the status item and the windows of Kivra on the screen, with the embedded desktop behind
 // them: nothing that is changed here reaches the user's settings, and no key is intercepted.
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QPalette>
 #include <QPixmap>
@@ -57,6 +58,7 @@ class Gallery {
   void showSettings() { app_.services.showSettingsWindow(); }
 
   void save(const QString& folder) {
+    savePicture(folder + "/permissions-missing.png", window("permissions"));
     desktop_.session.setAccessibilityGranted(true);
     desktop_.time.runFor(std::chrono::seconds(1));
     savePicture(folder + "/permissions.png", window("permissions"));
@@ -66,10 +68,39 @@ class Gallery {
       tabs->setCurrentIndex(i);
       savePicture(folder + QString("/settings-%1.png").arg(i + 1), window("settings"));
     }
+    auto* const recorder = control<QAbstractButton>("Перевод №2");
+    recorder->click();
+    savePicture(folder + "/settings-recording.png", window("settings"));
+    recorder->click();
+    app_.services.settings().translationEngine.set(kivra::EngineKind::foundationModel);
+    tabs->setCurrentIndex(1);
+    savePicture(folder + "/settings-warning.png", window("settings"));
+    saveLongEntries(folder, *tabs);
   }
 
  private:
   static constexpr std::chrono::milliseconds tick{10};
+
+  void saveLongEntries(const QString& folder, QTabWidget& tabs) {
+    const std::string longText = "очень длинная запись, которая не помещается ни в какую строку";
+    app_.services.replacements().setEntries(
+        {{kivra::Uuid::random(), "спс", "спасибо"},
+         {kivra::Uuid::random(), longText, "коротко"},
+         {kivra::Uuid::random(), "длинно", longText},
+         {kivra::Uuid::random(), longText, longText},
+         {kivra::Uuid::random(), "שלום עולם", "\u202E\u0007👍🏽 مرحبا"}});
+    for (int i = 0; i < 20; ++i) app_.services.replacements().add("ещё " + std::to_string(i), "…");
+    tabs.setCurrentIndex(2);
+    savePicture(folder + "/settings-entries.png", window("settings"));
+  }
+
+  template <class Widget>
+  static Widget* control(const char* name) {
+    for (auto* const widget : window("settings")->findChildren<Widget*>()) {
+      if (widget->accessibleName() == name) return widget;
+    }
+    return nullptr;
+  }
 
   static QWidget* window(const char* name) {
     for (auto* const widget : QApplication::topLevelWidgets()) {
