@@ -35,8 +35,8 @@ void RowsArea::setRows(std::shared_ptr<const ViewRows> rows) {
   updateGeometry();
 }
 
-// What it wishes for the window makes room for, by scrolling all of its sections; it gets more where
-// there is more.
+// What it wishes for the window makes room for, by scrolling all of its sections; it gets more
+// where there is more.
 QSize RowsArea::sizeHint() const { return {200, std::min(count(), fewestShown) * rowHeight_}; }
 
 void RowsArea::measure() {
