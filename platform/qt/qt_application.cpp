@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/qt/symbol.h"
+
 namespace kivra::qt {
 
 namespace {
@@ -47,6 +49,7 @@ void tellOfLostDisplay() {
 QtApplication::QtApplication(int& count, char** values)
     : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
   QApplication::setApplicationName("Kivra");
+  QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });

@@ -188,6 +188,26 @@ class SymbolIconEngine : public QIconEngine {
   std::string name_;
 };
 
+/// Wears its own colours: the panels that show it may be light or dark.
+class ApplicationIconEngine : public SymbolIconEngine {
+ public:
+  ApplicationIconEngine() : SymbolIconEngine("keyboard.badge.ellipsis") {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+    const auto ground = QRectF(rect);
+    const auto corner = ground.width() * 0.2;
+    const auto border = ground.width() * 0.14;
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(QColor(0x2F, 0x74, 0xC8));
+    painter->drawRoundedRect(ground, corner, corner);
+    drawSymbol(*painter, ground.adjusted(border, border, -border, -border),
+               "keyboard.badge.ellipsis", Qt::white);
+  }
+
+  QIconEngine* clone() const override { return new ApplicationIconEngine; }
+};
+
 }  // namespace
 
 bool hasSymbol(const std::string& name) { return drawings().contains(name); }
@@ -212,5 +232,7 @@ void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
 QIcon symbolIcon(const std::string& name) {
   return hasSymbol(name) ? QIcon(new SymbolIconEngine(name)) : QIcon();
 }
+
+QIcon applicationIcon() { return QIcon(new ApplicationIconEngine); }
 
 }  // namespace kivra::qt

@@ -18,4 +18,7 @@ void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
 /// The symbol as an icon in the colours of the palette; null when there is no such symbol.
 QIcon symbolIcon(const std::string& name);
 
+/// What lists of windows show for the program.
+QIcon applicationIcon();
+
 }  // namespace kivra::qt

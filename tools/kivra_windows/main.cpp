@@ -20,6 +20,7 @@
 #include "platform/qt/qt_local_key_monitors.h"
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
+#include "platform/qt/symbol.h"
 #include "platform/x11/system_tray.h"
 
 namespace {
@@ -130,6 +131,7 @@ class Gallery {
 int main(int count, char** values) {
   QApplication application(count, values);
   QApplication::setQuitOnLastWindowClosed(true);
+  QApplication::setWindowIcon(kivra::qt::applicationIcon());
   QString folder;
   for (int i = 1; i < count; ++i) {
     if (std::strcmp(values[i], "--dark") == 0) {

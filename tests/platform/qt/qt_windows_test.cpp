@@ -22,6 +22,7 @@
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/rows_area.h"
 #include "platform/qt/switch_widget.h"
+#include "platform/qt/symbol.h"
 
 namespace kivra::qt {
 namespace {
@@ -398,6 +399,38 @@ TEST_F(QtWindowsTest, NoTextIsCut) {
     }
     app_.reset();
   }
+}
+
+bool hasColor(const QImage& image, const QColor& color) {
+  for (int y = 0; y < image.height(); ++y) {
+    for (int x = 0; x < image.width(); ++x) {
+      if (image.pixelColor(x, y) == color) return true;
+    }
+  }
+  return false;
+}
+
+TEST_F(QtWindowsTest, IconsFollowTheColoursOfTheTheme) {
+  openSettings(0);
+  const auto before = QApplication::palette();
+  const QColor text(0xE0, 0xF0, 0xD0);
+  QPalette dark(QColor(0x20, 0x20, 0x20));
+  for (const auto role : {QPalette::ButtonText, QPalette::WindowText}) dark.setColor(role, text);
+  const auto tab = [] { return tabs()->tabIcon(0).pixmap(64).toImage(); };
+  const auto content = [] { return tabs()->currentWidget()->grab().toImage(); };
+  EXPECT_FALSE(hasColor(tab(), text));
+  EXPECT_FALSE(hasColor(content(), text));
+  QApplication::setPalette(dark);
+  turn();
+  EXPECT_TRUE(hasColor(tab(), text));
+  EXPECT_TRUE(hasColor(content(), text));
+  QApplication::setPalette(before);
+}
+
+TEST_F(QtWindowsTest, TheProgramHasAnIconOfItsOwn) {
+  const auto icon = applicationIcon().pixmap(64).toImage();
+  EXPECT_EQ(icon.pixelColor(0, 0).alpha(), 0);
+  EXPECT_TRUE(hasColor(icon, Qt::white));
 }
 
 TEST_F(QtWindowsTest, EveryControlIsReachedByKeyboardAndHasAName) {
