@@ -7,7 +7,6 @@
 #include <array>
 #include <csignal>
 #include <cstdlib>
-#include <ranges>
 
 namespace kivra {
 
@@ -32,6 +31,12 @@ const std::vector<SettingsProgram>& settingsPrograms() {
       {"X-Cinnamon", {"cinnamon-settings", "accessibility"}},
       {"MATE", {"mate-at-properties"}}};
   return programs;
+}
+
+/// Whether `names`, parted by colons, hold this one.
+bool isNamed(std::string_view name, const std::string& names) {
+  const auto whole = [](std::string_view text) { return ":" + std::string(text) + ":"; };
+  return whole(names).find(whole(name)) != std::string::npos;
 }
 
 bool isOpened(std::string_view address) {
@@ -90,11 +95,10 @@ std::vector<std::string> AddressOpener::command(std::string_view address) const 
   }
   const auto page = address.substr(settingsAddress.size());
   if (page == accessibilityPage) {
-    for (const auto name : std::views::split(environment_.currentDesktop, ':')) {
-      const std::string_view desktop(name.begin(), name.end());
-      const auto known = std::ranges::find(settingsPrograms(), desktop, &SettingsProgram::desktop);
-      if (known != settingsPrograms().end() && environment_.isInstalled(known->command.front())) {
-        return known->command;
+    for (const auto& settings : settingsPrograms()) {
+      if (isNamed(settings.desktop, environment_.currentDesktop) &&
+          environment_.isInstalled(settings.command.front())) {
+        return settings.command;
       }
     }
   }

@@ -18,7 +18,7 @@ namespace kivra {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using SteadyClock = std::chrono::steady_clock;
 
 constexpr int stopCheckInterval = 50;  // ms
 constexpr auto locale = "LC_ALL=C.UTF-8";
@@ -125,10 +125,13 @@ pid_t spawn(std::vector<std::string> command, int input, int output) {
 class Exchange {
  public:
   Exchange(const ProgramRun& run, Pipe& input, Pipe& output)
-      : left_(run.input), deadline_(Clock::now() + run.timeout), input_(input), output_(output) {}
+      : left_(run.input),
+        deadline_(SteadyClock::now() + run.timeout),
+        input_(input),
+        output_(output) {}
 
   bool run(const std::stop_token& stop) {
-    while (!stop.stop_requested() && Clock::now() < deadline_) {
+    while (!stop.stop_requested() && SteadyClock::now() < deadline_) {
       if (left_.empty()) input_.ours.close();
       std::array<pollfd, 2> descriptors{
           {{.fd = output_.ours.get(), .events = POLLIN, .revents = 0},
@@ -158,7 +161,7 @@ class Exchange {
   }
 
   std::string_view left_;
-  Clock::time_point deadline_;
+  SteadyClock::time_point deadline_;
   Pipe& input_;
   Pipe& output_;
 };
