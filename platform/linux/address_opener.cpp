@@ -110,6 +110,7 @@ void AddressOpener::open(std::string_view address) const {
   auto words = command(address);
   if (words.empty()) return;
   std::vector<char*> arguments;
+  arguments.reserve(words.size() + 1);
   for (auto& word : words) arguments.push_back(word.data());
   arguments.push_back(nullptr);
   g_spawn_async(nullptr, arguments.data(), nullptr, G_SPAWN_SEARCH_PATH, releaseSignals, nullptr,
