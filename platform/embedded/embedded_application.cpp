@@ -30,6 +30,7 @@ void EmbeddedApplication::keyDown(std::uint16_t keyCode, std::uint64_t flags,
   } else if ((flags & (event_flags::control | event_flags::option)) != 0) {
     return;
   } else if ((flags & event_flags::command) != 0) {
+    deadKey_.reset();
     if ((flags & event_flags::shift) == 0) commandKey(keyCode);
   } else {
     const auto shift = (flags & event_flags::shift) != 0;
@@ -93,6 +94,8 @@ bool EmbeddedApplication::editingKey(std::uint16_t keyCode, bool shift) {
       break;
     case key_codes::downArrow:
       field.move(TextField::Target::end, shift);
+      break;
+    case key_codes::escape:
       break;
     default:
       return false;

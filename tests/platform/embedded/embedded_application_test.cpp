@@ -85,6 +85,12 @@ TEST_F(EmbeddedApplicationTest, CombinesADeadKeyWithTheNextKeyOnly) {
   focus("");
   keys({14});
   EXPECT_EQ(text(), "e") << "so does another field";
+  keys({39, 53, 14});
+  EXPECT_EQ(text(), "ee") << "so does Escape";
+  keys({39});
+  keys({8}, command);
+  keys({14});
+  EXPECT_EQ(text(), "eee") << "so does a shortcut";
 }
 
 }  // namespace
