@@ -91,6 +91,12 @@ TEST_F(EmbeddedApplicationTest, CombinesADeadKeyWithTheNextKeyOnly) {
   keys({8}, command);
   keys({14});
   EXPECT_EQ(text(), "eee") << "so does a shortcut";
+  keys({39});
+  keys({8}, control);
+  keys({14, 39});
+  desktop_.events.send({.type = EventType::leftMouseDown});
+  keys({14});
+  EXPECT_EQ(text(), "eeeee") << "and another, and a click";
 }
 
 }  // namespace
