@@ -27,8 +27,8 @@ set(CPACK_DEBIAN_PACKAGE_DEPENDS "hunspell-ru, hunspell-en-us, xkb-data, libx11-
 if(KIVRA_DESKTOP)
   string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
          ", at-spi2-core, default-dbus-session-bus | dbus-session-bus")
-  # The keychain and the offline translator are asked when they are there.
-  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsecret-1-0, gnome-keyring | kwalletmanager")
+  # Used when they are there: the keychain, what opens pages, the offline translator.
+  set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsecret-1-0, gnome-keyring | kwalletmanager, xdg-utils")
   set(CPACK_DEBIAN_PACKAGE_SUGGESTS "apertium")
   set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/conffiles)
 endif()
