@@ -240,7 +240,8 @@ TEST(WholeProgram, EveryControlOfThePermissionsHasANameAndTakesTheFocus) {
   XSession session({.serverArguments = {"-extension", "XTEST"}});
   const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
   const ScreenReader reader(busOf(session), "Kivra");
-  for (const auto* button : {"Запросить", "System Settings…"}) {
+  for (const auto* button :
+       {"Запросить (Input Monitoring)", "System Settings… (Input Monitoring)"}) {
     reader.waitFor("push button", button);
   }
   EXPECT_EQ(checkControls(reader, "permissions"), 2U);
