@@ -40,19 +40,16 @@ void ApplicationSession::openPlainGtkEditor() { open({"l3afpad"}, "3afpad"); }
 
 void ApplicationSession::openQtEditor() { open({"featherpad", "--standalone"}, "eather"); }
 
-void ApplicationSession::openChromium() {
+void ApplicationSession::openChromium(const std::string& body) {
+  constexpr const char* field =
+      "<textarea autofocus rows=9 cols=60 onfocus=\"document.title='ready'\"></textarea>";
   std::ofstream(session.path("page.html"))
-      << "<!doctype html><meta charset=utf-8><textarea autofocus rows=9 cols=60 "
-         "onfocus=\"document.title='ready'\"></textarea>";
+      << "<!doctype html><meta charset=utf-8>" << (body.empty() ? field : body);
   open({"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
         "--user-data-dir=" + session.path("chromium").string(),
         "--app=file://" + session.path("page.html").string()},
        "hromium");
-  waitFor(
-      [this] {
-        return session.run({"xdotool", "getactivewindow", "getwindowname"}).starts_with("ready");
-      },
-      20s);
+  waitFor([this] { return windowName().starts_with("ready"); }, 20s);
 }
 
 void ApplicationSession::openTerminal(const std::string& shellCommand) {
@@ -60,8 +57,9 @@ void ApplicationSession::openTerminal(const std::string& shellCommand) {
 }
 
 void ApplicationSession::open(const std::vector<std::string>& command,
-                              const std::string& windowClass) {
-  application_ = session.start(command);
+                              const std::string& windowClass, const std::string& log) {
+  application_.reset();
+  application_ = session.start(command, log);
   if (!waitFor([&] { return hasFocus(windowClass); }, 30s)) {
     throw std::runtime_error(windowClass + " does not get the focus");
   }

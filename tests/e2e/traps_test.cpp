@@ -93,6 +93,18 @@ TEST(Traps, OtherWindowIsNotErasedIn) {
   EXPECT_EQ(desktop.window.textWhenQuiet(), "ghbdtn");
 }
 
+/// Toolkits close pop-ups and reset input methods when the focus leaves, be it for a moment.
+TEST(Traps, FocusStaysWithTheApplication) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn ");
+  desktop.typist.tap(keys::shift);
+  desktop.typist.tap(keys::shift);
+  desktop.typist.type("hello world\nhello\thello ");
+  constexpr const char* expected = "ghbdtn hello world\nhello\thello ";
+  EXPECT_EQ(desktop.window.textAfter(expected), expected);
+  EXPECT_EQ(desktop.window.focusLosses(), 0);
+}
+
 TEST(Traps, ConsumedHotkeyNeverReachesTheApplication) {
   KivraSession desktop;
   desktop.typist.type("ghbdtn");

@@ -13,6 +13,7 @@ namespace kivra::e2e {
 
 /// X key codes of keys that have no character, and of some that do.
 namespace keys {
+inline constexpr std::uint8_t escape = 9;
 inline constexpr std::uint8_t backspace = 22;
 inline constexpr std::uint8_t tab = 23;
 inline constexpr std::uint8_t enter = 36;
@@ -21,6 +22,7 @@ inline constexpr std::uint8_t shift = 50;
 inline constexpr std::uint8_t alt = 64;
 inline constexpr std::uint8_t space = 65;
 inline constexpr std::uint8_t capsLock = 66;
+inline constexpr std::uint8_t down = 116;
 inline constexpr std::uint8_t pause = 127;
 inline constexpr std::uint8_t p = 33;
 }  // namespace keys
