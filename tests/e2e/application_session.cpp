@@ -40,15 +40,21 @@ void ApplicationSession::openPlainGtkEditor() { open({"l3afpad"}, "3afpad"); }
 
 void ApplicationSession::openQtEditor() { open({"featherpad", "--standalone"}, "eather"); }
 
-void ApplicationSession::openChromium(const std::string& body) {
+void ApplicationSession::openChromium(const std::string& body,
+                                      const std::vector<std::string>& options) {
   constexpr const char* field =
       "<textarea autofocus rows=9 cols=60 onfocus=\"document.title='ready'\"></textarea>";
   std::ofstream(session.path("page.html"))
       << "<!doctype html><meta charset=utf-8>" << (body.empty() ? field : body);
-  open({"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
-        "--user-data-dir=" + session.path("chromium").string(),
-        "--app=file://" + session.path("page.html").string()},
-       "hromium");
+  std::vector<std::string> command = {"chromium",
+                                      "--no-sandbox",
+                                      "--no-first-run",
+                                      "--disable-gpu",
+                                      "--password-store=basic",
+                                      "--user-data-dir=" + session.path("chromium").string(),
+                                      "--app=file://" + session.path("page.html").string()};
+  command.insert(command.end(), options.begin(), options.end());
+  open(command, "hromium");
   waitFor([this] { return windowName().starts_with("ready"); }, 20s);
 }
 

@@ -20,7 +20,7 @@ class ApplicationSession {
   void openPlainGtkEditor();
   void openQtEditor();
   /// A page with this body, whose title becomes "ready"; without one, a field to write in.
-  void openChromium(const std::string& body = "");
+  void openChromium(const std::string& body = "", const std::vector<std::string>& options = {});
   void openTerminal(const std::string& shellCommand);
   /// Any program, by a part of its window's class; its output goes to the file `log`.
   void open(const std::vector<std::string>& command, const std::string& windowClass,
