@@ -11,7 +11,7 @@ using namespace std::chrono_literals;
 
 /// JSON for the replacement dictionary.
 constexpr const char* replacements =
-    R"([{"id":"8C1C0C5E-6C0F-4B0E-9C5B-0F6B5D2F0A11","pattern":"smile","replacement":"é́ Ünï 😀 ok"}])";
+    R"([{"id":"8C1C0C5E-6C0F-4B0E-9C5B-0F6B5D2F0A11","pattern":"smile","replacement":"é́ Ünï 😀❤️ → ёлки ok"}])";
 
 std::string hex(const std::string& bytes) {
   constexpr const char* digits = "0123456789abcdef";
@@ -31,15 +31,17 @@ class Applications : public testing::Test {
   }
 
   /// The same in every application: a word by xdotool, others at a brisk pace, a replacement with
-  /// characters that no layout has.
+  /// characters that no layout has, in either layout.
   void typeSample() {
     desktop.session.run({"xdotool", "type", "--delay", "30", "ghbdtn "});
     Typist typist(desktop.session.display());
     typist.setPace(5ms, 10ms);
-    typist.type("hello vfibyf keyboard ckjdj smile ghbdtn ");
+    typist.type("hello vfibyf keyboard ckjdj smile ghbdtn hello smile ");
   }
 
-  static constexpr const char* sample = "привет hello машина keyboard слово é́ Ünï 😀 ok привет ";
+  static constexpr const char* sample =
+      "привет hello машина keyboard слово é́ Ünï 😀❤️ → ёлки ok привет hello é́ Ünï 😀❤️ → ёлки "
+      "ok ";
 
   void expectSample() {
     std::string text;
