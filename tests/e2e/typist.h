@@ -52,6 +52,10 @@ class Typist {
   void holdServer();
   void letServerGo();
 
+  /// Adds a pointer and a keyboard beside the ones that every session has, and removes them again.
+  void addMasterDevices(std::string name);
+  void removeMasterDevices(const std::string& name);
+
   /// Selects an XKB group, as a desktop's own switcher does.
   void selectGroup(unsigned int group);
   unsigned int group();
