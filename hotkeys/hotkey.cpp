@@ -25,6 +25,12 @@ constexpr std::array<std::pair<std::uint64_t, const char*>, 4> modifierSymbols =
     {event_flags::command, "⌘"},
 }};
 
+/// Return, Delete and others: characters that show nothing.
+bool isControlCharacter(const std::string& character) {
+  const auto scalar = text::firstScalar(character);
+  return scalar && (*scalar < U' ' || *scalar == U'\x7F');
+}
+
 }  // namespace
 
 std::string Hotkey::encoded() const {
@@ -44,7 +50,8 @@ std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharac
   const auto* fixed =
       std::ranges::find(fixedNames, keyCode, &decltype(fixedNames)::value_type::first);
   if (fixed != fixedNames.end()) return fixed->second;
-  if (const auto character = englishCharacter(keyCode)) return text::uppercased(*character);
+  const auto character = englishCharacter(keyCode);
+  if (character && !isControlCharacter(*character)) return text::uppercased(*character);
   return "#" + std::to_string(keyCode);
 }
 

@@ -37,7 +37,7 @@ struct Hotkey {
 /// What a key produces in the English layout without Shift; nothing when it has no character.
 using EnglishCharacter = std::function<std::optional<std::string>(std::uint16_t keyCode)>;
 
-/// The name of a key: "↩", "F5", "P", or "#105" for a key that has none.
+/// The name of a key: "↩", "F5", "P", or "#105" for a key whose character cannot be shown.
 std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter);
 
 /// The hotkey as shown to the user: "⌃⌥P".

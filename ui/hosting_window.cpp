@@ -40,7 +40,7 @@ void HostingWindow::makeKeyAndOrderFront() {
 
 // A change is announced before it is made.
 void HostingWindow::scheduleUpdate() {
-  if (!isOpen_ || std::exchange(isUpdateScheduled_, true)) return;
+  if (std::exchange(isUpdateScheduled_, true)) return;
   runLoop_.asyncAfter(std::chrono::microseconds(0),
                       weakly(weak_from_this(), [](HostingWindow& self) { self.update(); }));
 }

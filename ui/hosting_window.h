@@ -9,8 +9,7 @@
 
 namespace kivra {
 
-/// A titled, closable window around a view, which stays up to date while it is open. Closing only
-/// hides it.
+/// A titled, closable window around a view, which stays up to date. Closing only hides it.
 class HostingWindow : public std::enable_shared_from_this<HostingWindow> {
  public:
   /// In the middle of the screen, not shown yet.

@@ -22,6 +22,14 @@ struct PermissionRow {
   std::function<void()> openSettings;
 };
 
+/// A button of a row: there is one with the same text in the other, so it is named after its row.
+View rowButton(const std::string& text, const PermissionRow& row,
+               const std::function<void()>& action) {
+  auto button = views::button(text, action);
+  button.accessibilityName = text + " (" + row.title + ")";
+  return button;
+}
+
 View header() {
   auto titles = views::vStack(
       2,
@@ -41,8 +49,8 @@ View permissionRow(const PermissionRow& row) {
   if (!row.isGranted) {
     if (!row.remedy.empty()) column.children.push_back(views::note(row.remedy));
     column.children.push_back(
-        views::hStack(8, {views::button("Запросить", row.request),
-                          views::button("System Settings…", row.openSettings)}));
+        views::hStack(8, {rowButton("Запросить", row, row.request),
+                          rowButton("System Settings…", row, row.openSettings)}));
   }
   auto view = views::hStack(10, {std::move(state), std::move(column)});
   view.alignment = ViewAlignment::top;

@@ -25,12 +25,12 @@ void EmbeddedApplication::focus(FrontApplication front) {
 
 void EmbeddedApplication::keyDown(std::uint16_t keyCode, std::uint64_t flags,
                                   const std::string& unicodeString) {
+  constexpr auto withoutText = event_flags::control | event_flags::option;
   if (!unicodeString.empty()) {
     insert(unicodeString);
-  } else if ((flags & (event_flags::control | event_flags::option)) != 0) {
-    return;
-  } else if ((flags & event_flags::command) != 0) {
-    if ((flags & event_flags::shift) == 0) commandKey(keyCode);
+  } else if ((flags & (withoutText | event_flags::command)) != 0) {
+    deadKey_.reset();
+    if ((flags & (withoutText | event_flags::shift)) == 0) commandKey(keyCode);
   } else {
     const auto shift = (flags & event_flags::shift) != 0;
     if (!editingKey(keyCode, shift)) characterKey(keyCode, shift);
@@ -93,6 +93,8 @@ bool EmbeddedApplication::editingKey(std::uint16_t keyCode, bool shift) {
       break;
     case key_codes::downArrow:
       field.move(TextField::Target::end, shift);
+      break;
+    case key_codes::escape:
       break;
     default:
       return false;

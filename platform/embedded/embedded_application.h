@@ -33,6 +33,9 @@ class EmbeddedApplication {
 
   void keyDown(std::uint16_t keyCode, std::uint64_t flags, const std::string& unicodeString);
 
+  /// A click, which ends what was being composed.
+  void mouseDown() { deadKey_.reset(); }
+
   /// Text arrives without a key.
   void insert(const std::string& text);
 

@@ -46,6 +46,8 @@ bool EmbeddedEventStream::send(const Event& event) {
   const auto passed = passesTap(event.type, event) && monitors_.pass(event);
   if (passed && event.type == EventType::keyDown) {
     application_.keyDown(event.keyCode, event.flags, "");
+  } else if (event.type == EventType::leftMouseDown || event.type == EventType::rightMouseDown) {
+    application_.mouseDown();
   }
   deliverPosted();
   return passed;

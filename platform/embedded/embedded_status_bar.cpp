@@ -50,9 +50,8 @@ Json menuJson(const std::vector<MenuItem>& items) {
       menu.push_back("separator");
       continue;
     }
-    Json shown{{"title", item.title}, {"enabled", item.isEnabled}};
-    if (!item.keyEquivalent.empty()) shown["key"] = item.keyEquivalent;
-    menu.push_back(std::move(shown));
+    menu.push_back(
+        {{"title", item.title}, {"enabled", item.isEnabled}, {"key", item.keyEquivalent}});
   }
   return menu;
 }

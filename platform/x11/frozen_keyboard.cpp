@@ -56,14 +56,12 @@ void FrozenKeyboard::attempt(const Writer& write, const std::bitset<256>& down, 
   for (const auto& event : takenOut) {
     if (event.isKey()) send({event.code, event.kind == RecordedEvent::Kind::keyDown, 0}, true);
   }
-  XSync(display_, False);
   stream_.catchUp();
 }
 
 void FrozenKeyboard::typeUnfrozen(const Writer& write, const std::bitset<256>& down) {
   down_ = down;
   for (const auto& key : write(down, down)) send(key, false);
-  XSync(display_, False);
   stream_.catchUp();
 }
 
@@ -120,7 +118,6 @@ void FrozenKeyboard::send(const ScriptedKey& key, bool isReplay) {
 
 bool FrozenKeyboard::grabKeyboard() {
   const auto grab = [this](Window window) {
-    stream_.expectGrab();
     return XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
   };
   auto result = grab(focusWindow(display_));

@@ -196,11 +196,8 @@ void KeyboardGuard::handleInput() {
   stream_.drain();
   if (stream_.events().empty() && !grabbed_.empty()) {
     // The record of a key is on its way when the key has arrived.
-    stream_.wait(std::chrono::milliseconds(50));
-    stream_.drain();
-    if (stream_.events().empty()) {
-      stream_.events().push_back({.code = grabbed_.front()});
-    }
+    stream_.catchUp();
+    if (stream_.events().empty()) stream_.events().push_back({.code = grabbed_.front()});
   }
   while (!stream_.events().empty()) {
     const auto event = stream_.events().front();

@@ -11,6 +11,8 @@ constexpr std::uint64_t controlOption = event_flags::control | event_flags::opti
 
 std::optional<std::string> englishCharacter(std::uint16_t keyCode) {
   if (keyCode == 35) return "p";
+  if (keyCode == 76) return "\r";
+  if (keyCode == 117) return "\x7F";
   return std::nullopt;
 }
 
@@ -31,6 +33,8 @@ TEST(Hotkey, ShowsSymbolsInTheirOrderAndTheKeysName) {
             "⇧⌘Space");
   EXPECT_EQ(displayText({111, event_flags::fn}, englishCharacter), "F12");
   EXPECT_EQ(displayText({105, 0}, englishCharacter), "#105");
+  EXPECT_EQ(displayText({76, event_flags::command}, englishCharacter), "⌘#76");
+  EXPECT_EQ(displayText({117, event_flags::command}, englishCharacter), "⌘#117");
 }
 
 TEST(Hotkey, DecodesOnlyItsStoredForm) {

@@ -35,9 +35,17 @@ constexpr auto errorsOnly = " </dev/null 2>&1 >/dev/null";
 
 TEST(KivraDesk, AnswersCallsThatItDoesNotKnowWithItsUsage) {
   for (const std::string arguments :
-       {"--fly", "one two", "--source", "--plain --source fr", "-x"}) {
+       {"--fly", "one two", "--source", "--plain --source fr", "--source ru", "--trace", "-x"}) {
     const auto [status, output] = run(arguments + errorsOnly);
     EXPECT_EQ(status, 2) << arguments;
+    EXPECT_TRUE(output.starts_with("usage: kivra-desk ")) << output;
+  }
+}
+
+TEST(KivraDesk, ShowsItsUsageWhenAskedFor) {
+  for (const std::string argument : {"--help", "-h"}) {
+    const auto [status, output] = run(argument + " </dev/null 2>/dev/null");
+    EXPECT_EQ(status, 0);
     EXPECT_TRUE(output.starts_with("usage: kivra-desk ")) << output;
   }
 }

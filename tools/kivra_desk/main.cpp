@@ -23,6 +23,7 @@ constexpr const char* usage =
 struct Arguments {
   bool plain = false;
   bool sample = false;
+  bool help = false;
   kivra::desk::PlainOptions options;
   std::optional<std::string> file;
 };
@@ -35,22 +36,27 @@ bool readSource(std::string_view language, Arguments& arguments) {
 
 std::optional<Arguments> parse(int count, char** values) {
   Arguments arguments;
+  bool needsPlain = false;
   for (int i = 1; i < count; ++i) {
     const std::string_view value = values[i];
     if (value == "--plain") {
       arguments.plain = true;
+    } else if (value == "--help" || value == "-h") {
+      arguments.help = true;
     } else if (value == "--sample") {
       arguments.sample = true;
     } else if (value == "--trace") {
-      arguments.options.trace = true;
+      arguments.options.trace = needsPlain = true;
     } else if (value == "--source" && i + 1 < count) {
       if (!readSource(values[++i], arguments)) return std::nullopt;
+      needsPlain = true;
     } else if (!arguments.file && (value == "-" || !value.starts_with('-'))) {
       arguments.file = value;
     } else {
       return std::nullopt;
     }
   }
+  if (needsPlain && !arguments.plain) return std::nullopt;
   return arguments;
 }
 
@@ -68,6 +74,10 @@ int main(int count, char** values) {
   if (!arguments) {
     std::cerr << usage;
     return usageError;
+  }
+  if (arguments->help) {
+    std::cout << usage;
+    return 0;
   }
   if (arguments->sample) {
     kivra::desk::playSample(std::cout);

@@ -9,6 +9,7 @@
 #include "configure_service.h"
 #include "report.h"
 #include "set_property.h"
+#include "support/text.h"
 
 namespace kivra::desk {
 
@@ -215,9 +216,11 @@ void ScriptPlayer::add(const Operation& operation) {
 
 void ScriptPlayer::remove(const Operation& operation) {
   auto& store = session_.app().services.replacements();
-  const auto pattern = operation.string("pattern");
+  const auto pattern = ReplacementStore::normalize(text::trimmed(operation.string("pattern")));
   const auto entries = store.entries();
-  const auto found = std::ranges::find(entries, pattern, &ReplacementStore::Entry::pattern);
+  const auto found = std::ranges::find_if(entries, [&](const ReplacementStore::Entry& entry) {
+    return ReplacementStore::normalize(entry.pattern) == pattern;
+  });
   if (found != entries.end()) store.remove(found->id);
 }
 

@@ -62,9 +62,11 @@ void Typist::learnLayout(const std::string& language, const std::string& fallbac
 std::shared_ptr<const KeyboardLayoutData> Typist::enabledLayout(const std::string& language) const {
   const auto sources = desktop_.inputSources.createInputSourceList();
   for (const auto& source : *sources) {
+    const auto isKeyboard =
+        source->category == keyboardInputSourceCategory && source->isSelectCapable;
     const auto matches =
         source->languages && !source->languages->empty() && source->languages->front() == language;
-    if (matches && source->unicodeKeyLayoutData) return source->unicodeKeyLayoutData;
+    if (isKeyboard && matches && source->unicodeKeyLayoutData) return source->unicodeKeyLayoutData;
   }
   return nullptr;
 }

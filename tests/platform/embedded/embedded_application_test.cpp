@@ -85,6 +85,18 @@ TEST_F(EmbeddedApplicationTest, CombinesADeadKeyWithTheNextKeyOnly) {
   focus("");
   keys({14});
   EXPECT_EQ(text(), "e") << "so does another field";
+  keys({39, 53, 14});
+  EXPECT_EQ(text(), "ee") << "so does Escape";
+  keys({39});
+  keys({8}, command);
+  keys({14});
+  EXPECT_EQ(text(), "eee") << "so does a shortcut";
+  keys({39});
+  keys({8}, control);
+  keys({14, 39});
+  desktop_.events.send({.type = EventType::leftMouseDown});
+  keys({14});
+  EXPECT_EQ(text(), "eeeee") << "and another, and a click";
 }
 
 }  // namespace
