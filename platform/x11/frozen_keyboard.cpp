@@ -5,30 +5,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/x11/x_display.h"
+
 namespace kivra::x11 {
 
-namespace {
-
-/// The window with the focus. A grab there, unlike one on another window, sends no focus events to
-/// the application, which might close its pop-ups on them.
-Window focusWindow(Display* display) {
-  Window window = None;
-  int revert = 0;
-  XGetInputFocus(display, &window, &revert);
-  return window == None || window == PointerRoot ? DefaultRootWindow(display) : window;
-}
-
-}  // namespace
-
 bool FrozenKeyboard::freeze() {
-  const auto window = focusWindow(display_);
-  auto result = XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
-  if (result == GrabNotViewable) {
-    result = XGrabKeyboard(display_, DefaultRootWindow(display_), False, GrabModeAsync,
-                           GrabModeSync, CurrentTime);
-  }
+  const auto isGranted = grabKeyboard();
   stream_.catchUp();
-  return result == GrabSuccess;
+  return isGranted;
 }
 
 void FrozenKeyboard::type(const Writer& write, const std::bitset<256>& down, std::size_t base) {
@@ -103,9 +87,9 @@ bool FrozenKeyboard::hasSlipped(std::size_t base) const {
 }
 
 void FrozenKeyboard::takeOutWaitingKeys(std::size_t base) {
-  grabKeyboard(DefaultRootWindow(display_));
+  grabKeyboard();
   XAllowEvents(display_, AsyncKeyboard, CurrentTime);
-  grabKeyboard(DefaultRootWindow(display_));
+  grabKeyboard();
   XSync(display_, False);
   stream_.catchUp();
   discardGrabbedKeys();
@@ -132,8 +116,13 @@ void FrozenKeyboard::send(const ScriptedKey& key, bool isReplay) {
   testDown_.set(key.code, key.down);
 }
 
-void FrozenKeyboard::grabKeyboard(Window window) {
-  XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
+bool FrozenKeyboard::grabKeyboard() {
+  const auto grab = [this](Window window) {
+    return XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
+  };
+  auto result = grab(focusWindow(display_));
+  if (result == GrabNotViewable) result = grab(DefaultRootWindow(display_));
+  return result == GrabSuccess;
 }
 
 void FrozenKeyboard::discardGrabbedKeys() {

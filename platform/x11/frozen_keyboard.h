@@ -48,7 +48,7 @@ class FrozenKeyboard {
   void takeOutWaitingKeys(std::size_t base);
   bool hasSlipped(std::size_t base) const;
   void send(const ScriptedKey& key, bool isReplay);
-  void grabKeyboard(Window window);
+  bool grabKeyboard();
   void discardGrabbedKeys();
 
   Display* display_;

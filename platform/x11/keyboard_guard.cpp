@@ -32,7 +32,7 @@ PostedKey pressOf(std::uint8_t code, const KeyboardState& state, std::int64_t us
 }
 
 void selectServerEvents(Display* display) {
-  XSelectInput(display, DefaultRootWindow(display), PropertyChangeMask);
+  XSelectInput(display, DefaultRootWindow(display), PropertyChangeMask | FocusChangeMask);
   XkbSelectEvents(display, XkbUseCoreKbd, XkbNewKeyboardNotifyMask | XkbMapNotifyMask,
                   XkbNewKeyboardNotifyMask | XkbMapNotifyMask);
   XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, XkbGroupStateMask,
@@ -74,6 +74,7 @@ KeyboardGuard::KeyboardGuard(DisplayPointer display, int channelFd)
   selectServerEvents(display_.get());
   group_ = currentGroup(display_.get());
   readMap();
+  followFocus();
   report({.kind = ReportKind::ready});
 }
 
@@ -103,6 +104,7 @@ void KeyboardGuard::readServer() {
     takeEvent(event);
   }
   if (std::exchange(mapChanged_, false)) readMap();
+  if (std::exchange(focusChanged_, false)) followFocus();
 }
 
 void KeyboardGuard::takeEvent(XEvent& event) {
@@ -114,6 +116,10 @@ void KeyboardGuard::takeEvent(XEvent& event) {
   } else if (event.type == PropertyNotify && event.xproperty.atom == activeWindow_) {
     // Letters typed in one window must not be erased in another.
     report({.kind = ReportKind::wordBroken});
+    focusChanged_ = true;
+  } else if (event.type == FocusIn || event.type == FocusOut) {
+    const auto isGrab = event.xfocus.mode == NotifyGrab || event.xfocus.mode == NotifyUngrab;
+    focusChanged_ = focusChanged_ || !isGrab;
   } else if (event.type == xkbEvent_) {
     auto& notice = reinterpret_cast<XkbEvent&>(event);
     if (notice.any.xkb_type == XkbStateNotify) {
@@ -131,6 +137,19 @@ void KeyboardGuard::readMap() {
   modifiers_ = ModifierMap(display_.get());
   state_.setMap(modifiers_);
   characters_.readMap();
+  applyChords();
+}
+
+void KeyboardGuard::followFocus() {
+  auto* const display = display_.get();
+  const auto root = DefaultRootWindow(display);
+  // The focus may move on before its next move is sure to be told.
+  for (auto window = focusWindow(display); window != grabs_.focus();
+       window = focusWindow(display)) {
+    if (grabs_.focus() != root) XSelectInput(display, grabs_.focus(), NoEventMask);
+    if (window != root) XSelectInput(display, window, FocusChangeMask);
+    grabs_.setFocus(window);
+  }
   applyChords();
 }
 

@@ -46,6 +46,7 @@ class KeyboardGuard {
   void readServer();
   void takeEvent(XEvent& event);
   void readMap();
+  void followFocus();
   void applyChords();
 
   void handleOrders(std::chrono::milliseconds timeout);
@@ -92,6 +93,7 @@ class KeyboardGuard {
   int inputOpcode_ = 0;
   std::uint32_t group_ = 0;
   bool mapChanged_ = false;
+  bool focusChanged_ = false;
   bool isEnabled_ = false;
   bool owesNotice_ = false;
   std::uint32_t number_ = 0;

@@ -71,6 +71,13 @@ int extensionOpcode(Display* display, const char* name) {
   return XQueryExtension(display, name, &opcode, &event, &error) != 0 ? opcode : 0;
 }
 
+Window focusWindow(Display* display) {
+  Window window = None;
+  int revert = 0;
+  XGetInputFocus(display, &window, &revert);
+  return window == None || window == PointerRoot ? DefaultRootWindow(display) : window;
+}
+
 ErrorTrap::ErrorTrap(Display* display) : display_(display) {
   XSync(display_, False);
   errorCount = 0;

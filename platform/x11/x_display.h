@@ -23,6 +23,10 @@ std::string missingExtensions(Display* display);
 /// The major opcode of an extension, 0 when the server has none of this name.
 int extensionOpcode(Display* display, const char* name);
 
+/// The window with the focus, the root when none has it. A grab there, unlike one on another
+/// window, leaves the focus with the application, which might close its pop-ups on losing it.
+Window focusWindow(Display* display);
+
 /// While one of these lives, errors that the server reports on this thread's displays are counted
 /// instead of ending the program. Not nested across displays.
 class ErrorTrap {

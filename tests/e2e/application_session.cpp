@@ -40,19 +40,22 @@ void ApplicationSession::openPlainGtkEditor() { open({"l3afpad"}, "3afpad"); }
 
 void ApplicationSession::openQtEditor() { open({"featherpad", "--standalone"}, "eather"); }
 
-void ApplicationSession::openChromium() {
+void ApplicationSession::openChromium(const std::string& body,
+                                      const std::vector<std::string>& options) {
+  constexpr const char* field =
+      "<textarea autofocus rows=9 cols=60 onfocus=\"document.title='ready'\"></textarea>";
   std::ofstream(session.path("page.html"))
-      << "<!doctype html><meta charset=utf-8><textarea autofocus rows=9 cols=60 "
-         "onfocus=\"document.title='ready'\"></textarea>";
-  open({"chromium", "--no-sandbox", "--no-first-run", "--disable-gpu", "--password-store=basic",
-        "--user-data-dir=" + session.path("chromium").string(),
-        "--app=file://" + session.path("page.html").string()},
-       "hromium");
-  waitFor(
-      [this] {
-        return session.run({"xdotool", "getactivewindow", "getwindowname"}).starts_with("ready");
-      },
-      20s);
+      << "<!doctype html><meta charset=utf-8>" << (body.empty() ? field : body);
+  std::vector<std::string> command = {"chromium",
+                                      "--no-sandbox",
+                                      "--no-first-run",
+                                      "--disable-gpu",
+                                      "--password-store=basic",
+                                      "--user-data-dir=" + session.path("chromium").string(),
+                                      "--app=file://" + session.path("page.html").string()};
+  command.insert(command.end(), options.begin(), options.end());
+  open(command, "hromium");
+  waitFor([this] { return windowName().starts_with("ready"); }, 20s);
 }
 
 void ApplicationSession::openTerminal(const std::string& shellCommand) {
@@ -60,8 +63,9 @@ void ApplicationSession::openTerminal(const std::string& shellCommand) {
 }
 
 void ApplicationSession::open(const std::vector<std::string>& command,
-                              const std::string& windowClass) {
-  application_ = session.start(command);
+                              const std::string& windowClass, const std::string& log) {
+  application_.reset();
+  application_ = session.start(command, log);
   if (!waitFor([&] { return hasFocus(windowClass); }, 30s)) {
     throw std::runtime_error(windowClass + " does not get the focus");
   }

@@ -19,12 +19,18 @@ class ApplicationSession {
   void openGtkEditor();
   void openPlainGtkEditor();
   void openQtEditor();
-  /// A page with one field to write in.
-  void openChromium();
+  /// A page with this body, whose title becomes "ready"; without one, a field to write in.
+  void openChromium(const std::string& body = "", const std::vector<std::string>& options = {});
   void openTerminal(const std::string& shellCommand);
+  /// Any program, by a part of its window's class; its output goes to the file `log`.
+  void open(const std::vector<std::string>& command, const std::string& windowClass,
+            const std::string& log = "");
 
   /// Puts the whole text of the focused field on the clipboard and answers it.
   std::string copyAll();
+
+  /// The title of the active window.
+  std::string windowName() { return session.run({"xdotool", "getactivewindow", "getwindowname"}); }
 
   void set(const std::string& key, const std::vector<std::string>& value);
   void press(const std::string& chord) { session.run({"xdotool", "key", chord}); }
@@ -32,7 +38,6 @@ class ApplicationSession {
   XSession session;
 
  private:
-  void open(const std::vector<std::string>& command, const std::string& windowClass);
   bool hasFocus(const std::string& windowClass);
   void waitUntilCorrecting();
 

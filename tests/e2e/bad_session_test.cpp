@@ -50,6 +50,13 @@ TEST(BadSession, ServerWithoutAnExtension) {
   EXPECT_FALSE(kivra->wait(100ms).has_value());
 }
 
+TEST(BadSession, ServerWithoutTestingExtensions) {
+  XSession session({.windowManager = false, .serverArguments = {"-tst"}});
+  const auto kivra = startWaiting(session);
+  EXPECT_TRUE(logs(session, "X-сервер не умеет: XTEST, RECORD"));
+  EXPECT_FALSE(kivra->wait(100ms).has_value());
+}
+
 TEST(BadSession, StartsByItselfOnceAccessibilityIsOn) {
   XSession session({.accessibility = false});
   const auto kivra = startWaiting(session);

@@ -42,6 +42,7 @@ class TestWindow {
 
   const std::string& text() const { return text_; }
   const std::vector<Key>& keys() const { return keys_; }
+  /// How often programs that read XInput 2 events saw the focus leave.
   int focusLosses() const { return focusLosses_; }
   void clear();
 
@@ -49,10 +50,12 @@ class TestWindow {
   bool wait(std::chrono::milliseconds timeout);
   void take(XEvent& event);
   void type(XKeyEvent& event);
+  void watchFocus();
 
   Display* display_;
   Window window_;
   int xkbEvent_ = 0;
+  int inputOpcode_ = 0;
   std::string text_;
   std::vector<Key> keys_;
   int focusLosses_ = 0;

@@ -12,6 +12,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
+/// Whether words are mended, if not at once: the program hears of a new keyboard map a moment late.
+bool corrects(KivraSession& desktop, const char* typed, const char* expected) {
+  return waitFor([&] {
+    desktop.typist.selectGroup(0);
+    desktop.window.textWhenQuiet(50ms);
+    desktop.window.clear();
+    desktop.typist.type(typed);
+    return desktop.window.textAfter(expected) == expected;
+  });
+}
+
 bool hasPress(const TestWindow& window, std::uint8_t code) {
   return std::ranges::any_of(window.keys(),
                              [code](const auto& key) { return key.down && key.code == code; });
@@ -91,6 +102,18 @@ TEST(Traps, OtherWindowIsNotErasedIn) {
   EXPECT_EQ(other.textAfter(" "), " ");
   EXPECT_FALSE(hasPress(other, keys::backspace));
   EXPECT_EQ(desktop.window.textWhenQuiet(), "ghbdtn");
+}
+
+/// Toolkits close pop-ups and reset input methods when the focus leaves, be it for a moment.
+TEST(Traps, FocusStaysWithTheApplication) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn ");
+  desktop.typist.tap(keys::shift);
+  desktop.typist.tap(keys::shift);
+  desktop.typist.type("hello world\nhello\thello ");
+  constexpr const char* expected = "ghbdtn hello world\nhello\thello ";
+  EXPECT_EQ(desktop.window.textAfter(expected), expected);
+  EXPECT_EQ(desktop.window.focusLosses(), 0);
 }
 
 TEST(Traps, ConsumedHotkeyNeverReachesTheApplication) {
@@ -179,9 +202,12 @@ TEST(Traps, WorksOnAfterTheKeyboardWasHeldByALocker) {
   KivraSession desktop;
   auto* const locker = XOpenDisplay(desktop.session.display().c_str());
   ASSERT_NE(locker, nullptr);
-  XGrabKeyboard(locker, DefaultRootWindow(locker), False, GrabModeAsync, GrabModeAsync,
-                CurrentTime);
-  XSync(locker, False);
+  const auto root = DefaultRootWindow(locker);
+  ASSERT_EQ(XGrabKeyboard(locker, root, False, GrabModeAsync, GrabModeAsync, CurrentTime),
+            GrabSuccess);
+  ASSERT_EQ(XGrabPointer(locker, root, False, ButtonPressMask, GrabModeAsync, GrabModeAsync, None,
+                         None, CurrentTime),
+            GrabSuccess);
   desktop.typist.type("ghbdtn ghbdtn ");
   EXPECT_EQ(desktop.window.textWhenQuiet(), "");
   XCloseDisplay(locker);
@@ -197,6 +223,54 @@ TEST(Traps, WorksOnAfterTheKeyboardMapChanged) {
   desktop.typist.selectGroup(0);
   desktop.typist.type("ghbdtn ");
   EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+}
+
+/// What is typed while the map changes may be left as it is, but nothing of it may be lost.
+TEST(Traps, KeyboardMapChangedInMidWord) {
+  KivraSession desktop;
+  desktop.typist.type("ghb");
+  desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", "ctrl:nocaps"});
+  desktop.typist.type("dt");
+  desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", ""});
+  desktop.typist.type("n ");
+  const auto text = desktop.window.textWhenQuiet();
+  EXPECT_TRUE(text == "ghbdtn " || text == "привет ") << text;
+  EXPECT_TRUE(corrects(desktop, "ghbdtn ", "привет "));
+}
+
+TEST(Traps, LayoutsSwappedInTheSession) {
+  KivraSession desktop;
+  desktop.session.run({"setxkbmap", "-layout", "ru,us"});
+  EXPECT_TRUE(corrects(desktop, "hello ", "hello "));
+  EXPECT_EQ(desktop.typist.group(), 1U);
+  desktop.window.clear();
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.typist.group(), 0U);
+}
+
+TEST(Traps, FourLayoutsAndBackToTwo) {
+  KivraSession desktop({.layouts = "us,de,fr,ru"});
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.typist.group(), 3U);
+  desktop.session.run({"setxkbmap", "-layout", "us"});
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет ghbdtn "), "привет ghbdtn ");
+  desktop.session.run({"setxkbmap", "-layout", "us,ru"});
+  EXPECT_TRUE(corrects(desktop, "ghbdtn ", "привет "));
+}
+
+TEST(Traps, KeyboardsComeAndGo) {
+  KivraSession desktop;
+  desktop.typist.type("ghb");
+  desktop.typist.addMasterDevices("second");
+  desktop.typist.type("dtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  desktop.typist.type("hel");
+  desktop.typist.removeMasterDevices("second");
+  desktop.typist.type("lo ");
+  EXPECT_EQ(desktop.window.textAfter("привет hello "), "привет hello ");
 }
 
 TEST(Traps, TwoRussianLayoutsAndTheFirstIsChosen) {

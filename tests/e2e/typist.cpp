@@ -1,6 +1,7 @@
 #include "typist.h"
 
 #include <X11/XKBlib.h>
+#include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 
 #include <stdexcept>
@@ -71,6 +72,31 @@ void Typist::holdServer() {
 void Typist::letServerGo() {
   XUngrabServer(display_);
   XFlush(display_);
+}
+
+void Typist::addMasterDevices(std::string name) {
+  int major = 2;
+  int minor = 2;
+  XIQueryVersion(display_, &major, &minor);
+  XIAnyHierarchyChangeInfo change{};
+  change.add = {.type = XIAddMaster, .name = name.data(), .send_core = True, .enable = True};
+  XIChangeHierarchy(display_, &change, 1);
+  XSync(display_, False);
+}
+
+void Typist::removeMasterDevices(const std::string& name) {
+  int count = 0;
+  auto* const devices = XIQueryDevice(display_, XIAllMasterDevices, &count);
+  for (int i = 0; i < count; ++i) {
+    if (name + " keyboard" != devices[i].name) continue;
+    XIAnyHierarchyChangeInfo change{};
+    change.remove.type = XIRemoveMaster;
+    change.remove.deviceid = devices[i].deviceid;
+    change.remove.return_mode = XIFloating;
+    XIChangeHierarchy(display_, &change, 1);
+  }
+  XIFreeDeviceInfo(devices);
+  XSync(display_, False);
 }
 
 void Typist::selectGroup(unsigned int group) {

@@ -13,6 +13,7 @@ namespace kivra::e2e {
 
 /// X key codes of keys that have no character, and of some that do.
 namespace keys {
+inline constexpr std::uint8_t escape = 9;
 inline constexpr std::uint8_t backspace = 22;
 inline constexpr std::uint8_t tab = 23;
 inline constexpr std::uint8_t enter = 36;
@@ -21,6 +22,7 @@ inline constexpr std::uint8_t shift = 50;
 inline constexpr std::uint8_t alt = 64;
 inline constexpr std::uint8_t space = 65;
 inline constexpr std::uint8_t capsLock = 66;
+inline constexpr std::uint8_t down = 116;
 inline constexpr std::uint8_t pause = 127;
 inline constexpr std::uint8_t p = 33;
 }  // namespace keys
@@ -49,6 +51,10 @@ class Typist {
   /// Lets the server serve nobody else meanwhile; keys are typed all the same.
   void holdServer();
   void letServerGo();
+
+  /// Adds a pointer and a keyboard beside the ones that every session has, and removes them again.
+  void addMasterDevices(std::string name);
+  void removeMasterDevices(const std::string& name);
 
   /// Selects an XKB group, as a desktop's own switcher does.
   void selectGroup(unsigned int group);

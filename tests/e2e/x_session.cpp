@@ -150,8 +150,14 @@ bool XSession::isSpaceGrabbed() const {
   auto* const previous = XSetErrorHandler(noteFailure);
   // Kivra must not find the key taken by the very question.
   XGrabServer(display);
-  XGrabKey(display, XKeysymToKeycode(display, XK_space), 0, DefaultRootWindow(display), False,
-           GrabModeAsync, GrabModeAsync);
+  Window focused = None;
+  int revert = 0;
+  XGetInputFocus(display, &focused, &revert);
+  for (const auto window : {focused, DefaultRootWindow(display)}) {
+    if (window == None || window == PointerRoot) continue;
+    XGrabKey(display, XKeysymToKeycode(display, XK_space), 0, window, False, GrabModeAsync,
+             GrabModeAsync);
+  }
   XCloseDisplay(display);
   XSetErrorHandler(previous);
   return grabFailed;
