@@ -188,24 +188,31 @@ class SymbolIconEngine : public QIconEngine {
   std::string name_;
 };
 
-/// Wears its own colours: the panels that show it may be light or dark.
+/// Wears its own colours, those of the installed icon: the panels that show it may be light or
+/// dark.
 class ApplicationIconEngine : public SymbolIconEngine {
  public:
-  ApplicationIconEngine() : SymbolIconEngine("keyboard.badge.ellipsis") {}
+  ApplicationIconEngine() : SymbolIconEngine(symbol) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-    const auto ground = QRectF(rect);
-    const auto corner = ground.width() * 0.2;
-    const auto border = ground.width() * 0.14;
+    const auto part = [&](double share) { return rect.width() * share; };
+    const auto inner = [&](double margin) {
+      return QRectF(rect).adjusted(part(margin), part(margin), -part(margin), -part(margin));
+    };
+    QLinearGradient colors(rect.topLeft(), rect.bottomLeft());
+    colors.setColorAt(0, QColor(0x4F, 0x7D, 0xF0));
+    colors.setColorAt(1, QColor(0x27, 0x48, 0xB8));
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);
-    painter->setBrush(QColor(0x2F, 0x74, 0xC8));
-    painter->drawRoundedRect(ground, corner, corner);
-    drawSymbol(*painter, ground.adjusted(border, border, -border, -border),
-               "keyboard.badge.ellipsis", Qt::white);
+    painter->setBrush(colors);
+    painter->drawRoundedRect(inner(0.0625), part(0.2), part(0.2));
+    drawSymbol(*painter, inner(0.15), symbol, Qt::white);
   }
 
   QIconEngine* clone() const override { return new ApplicationIconEngine; }
+
+ private:
+  static constexpr const char* symbol = "keyboard.badge.ellipsis";
 };
 
 }  // namespace
