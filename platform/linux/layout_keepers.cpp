@@ -21,6 +21,11 @@ constexpr Keeper keepers[] = {
      .path = "/ru/gentoo/KbddService",
      .interface = "ru.gentoo.kbdd",
      .method = "set_layout"},
+    // Kivra's extension of GNOME Shell, which undoes the lock of another program.
+    {.name = "kivra.InputSource",
+     .path = "/kivra/InputSource",
+     .interface = "kivra.InputSource",
+     .method = "SelectGroup"},
 };
 
 }  // namespace
@@ -36,8 +41,8 @@ class LayoutKeepers::Bus {
   void tell(std::uint32_t group, const std::stop_token& stop) {
     if (!connect(stop)) return;
     for (const auto& keeper : keepers) {
-      auto* const message = g_dbus_message_new_method_call(keeper.name, keeper.path,
-                                                           keeper.interface, keeper.method);
+      auto* const message =
+          g_dbus_message_new_method_call(keeper.name, keeper.path, keeper.interface, keeper.method);
       // The bus drops what is meant for a name that nobody owns.
       g_dbus_message_set_flags(
           message, static_cast<GDBusMessageFlags>(G_DBUS_MESSAGE_FLAGS_NO_REPLY_EXPECTED |
@@ -55,8 +60,7 @@ class LayoutKeepers::Bus {
     if (connection_ != nullptr) return true;
     auto* const cancellable = g_cancellable_new();
     const std::stop_callback onStop(stop, [cancellable] { g_cancellable_cancel(cancellable); });
-    char* const address =
-        g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable, nullptr);
+    char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable, nullptr);
     if (address != nullptr) {
       connection_ = g_dbus_connection_new_for_address_sync(
           address,

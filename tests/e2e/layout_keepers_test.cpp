@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 
 #include "bus_client.h"
 #include "kivra_session.h"
+#include "stubborn_shell.h"
 
 namespace kivra::e2e {
 namespace {
@@ -66,6 +68,30 @@ TEST(LayoutKeepers, LayoutThatComesWithAWindowCounts) {
   ASSERT_TRUE(desktop.isSelected(1));
   desktop.typist.type("vbh hello ");
   EXPECT_EQ(desktop.window.textAfter("привет мир hello "), "привет мир hello ");
+}
+
+bool isCorrected(const TestWindow& window) {
+  return std::ranges::any_of(
+      window.keys(), [](const auto& key) { return key.down && key.code == keys::backspace; });
+}
+
+TEST(LayoutKeepers, ShellThatUndoesLocksSelectsThroughItsExtension) {
+  KivraSession desktop;
+  const StubbornShell shell(desktop.session.display(),
+                            desktop.session.environment().at("DBUS_SESSION_BUS_ADDRESS"));
+  const auto isSelected = [&](unsigned int group) {
+    return waitFor([&] { return shell.selected() == group && desktop.typist.group() == group; });
+  };
+  desktop.typist.type("ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  ASSERT_TRUE(isSelected(1));
+  desktop.window.clear();
+  desktop.typist.type("vbh ");
+  EXPECT_EQ(desktop.window.textAfter("мир "), "мир ");
+  EXPECT_FALSE(isCorrected(desktop.window));
+  desktop.typist.type("hello ");
+  EXPECT_EQ(desktop.window.textAfter("мир hello "), "мир hello ");
+  EXPECT_TRUE(isSelected(0));
 }
 
 }  // namespace
