@@ -5,6 +5,11 @@ target_compile_options(
   kivra_options INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor
                           -Woverloaded-virtual $<$<BOOL:${KIVRA_WERROR}>:-Werror>)
 
+if(CMAKE_UNITY_BUILD)
+  # Names of one file are not shadowed in another; the plain build looks for those that are.
+  target_compile_options(kivra_options INTERFACE -Wno-shadow)
+endif()
+
 if(KIVRA_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
                       -fno-omit-frame-pointer)

@@ -7,11 +7,11 @@
 namespace kivra {
 
 namespace {
-constexpr auto key = "kivra.exceptions";
+constexpr auto exceptionsKey = "kivra.exceptions";
 }
 
 ExceptionStore::ExceptionStore(UserDefaults& defaults) : defaults_(defaults) {
-  if (auto stored = defaults_.stringArrayForKey(key)) {
+  if (auto stored = defaults_.stringArrayForKey(exceptionsKey)) {
     tokens_.insert(stored->begin(), stored->end());
   }
 }
@@ -20,7 +20,7 @@ void ExceptionStore::add(std::string_view token) {
   auto lowered = text::lowercased(token);
   if (lowered.empty()) return;
   tokens_.insert(std::move(lowered));
-  defaults_.set(std::vector<std::string>(tokens_.begin(), tokens_.end()), key);
+  defaults_.set(std::vector<std::string>(tokens_.begin(), tokens_.end()), exceptionsKey);
 }
 
 }  // namespace kivra

@@ -12,7 +12,7 @@ namespace {
 
 using Entry = ReplacementStore::Entry;
 
-constexpr auto key = "kivra.replacements";
+constexpr auto entriesKey = "kivra.replacements";
 constexpr auto seedKey = "kivra.replacements.seed.ios";
 
 std::optional<Entry> decodedEntry(const json::Value& value) {
@@ -43,7 +43,7 @@ std::vector<Entry> sampleEntries() {
 }  // namespace
 
 ReplacementStore::ReplacementStore(UserDefaults& defaults) : defaults_(defaults) {
-  const auto data = defaults_.dataForKey(key);
+  const auto data = defaults_.dataForKey(entriesKey);
   auto stored = data ? decodedEntries(data->bytes) : std::nullopt;
   setEntries(stored ? std::move(*stored) : sampleEntries());
   seedOnce();
@@ -104,7 +104,7 @@ void ReplacementStore::save() {
     array.push_back(
         {{"id", entry.id.text()}, {"pattern", entry.pattern}, {"replacement", entry.replacement}});
   }
-  defaults_.set(Data{json::encode(array)}, key);
+  defaults_.set(Data{json::encode(array)}, entriesKey);
 }
 
 void ReplacementStore::rebuildIndex() {

@@ -10,6 +10,9 @@
 
 namespace kivra {
 
+/// RFC 9110, 15.3.1.
+inline constexpr int httpOk = 200;
+
 struct HttpRequest {
   std::string method = "GET";
   std::string url;

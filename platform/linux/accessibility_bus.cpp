@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "platform/linux/accessible_text.h"
+#include "platform/linux/variant_pointer.h"
 
 namespace kivra {
 
@@ -22,8 +23,7 @@ constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr auto registryName = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
 
-constexpr guint32 passwordRole = 40;  // ATSPI_ROLE_PASSWORD_TEXT
-constexpr int callTimeout = 2000;     // ms; only the watching thread waits
+constexpr int watchTimeout = 2000;  // ms; only the watching thread waits
 constexpr auto firstAnswer = std::chrono::milliseconds(500);
 constexpr guint retryInterval = 1;  // s
 
@@ -32,7 +32,6 @@ struct Release {
   void operator()(T* object) const { release(object); }
 };
 void unrefObject(GObject* object) { g_object_unref(object); }
-using Variant = std::unique_ptr<GVariant, Release<GVariant, g_variant_unref>>;
 
 }  // namespace
 
@@ -79,8 +78,8 @@ class AccessibilityBus::Watcher {
   void check();
   bool connect();
   void connectAccessibilityBus();
-  Variant call(GDBusConnection* bus, const char* name, const char* path, const char* interface,
-               const char* method, GVariant* arguments);
+  VariantPointer call(GDBusConnection* bus, const char* name, const char* path,
+                      const char* interface, const char* method, GVariant* arguments);
   void retry();
   void stopRetrying();
   void setEnabled(bool enabled);
@@ -95,7 +94,7 @@ class AccessibilityBus::Watcher {
   static void onFocus(GDBusConnection*, const char* sender, const char* path, const char*,
                       const char*, GVariant* arguments, gpointer self) {
     gint32 focused = 0;
-    const Variant value(g_variant_get_child_value(arguments, 1));
+    const VariantPointer value(g_variant_get_child_value(arguments, 1));
     if (g_variant_is_of_type(value.get(), G_VARIANT_TYPE_INT32)) {
       focused = g_variant_get_int32(value.get());
     }
@@ -139,7 +138,7 @@ void AccessibilityBus::Watcher::check() {
                             g_variant_new("(ss)", statusInterface, "IsEnabled"));
     GVariant* value = nullptr;
     if (reply) g_variant_get(reply.get(), "(v)", &value);
-    const Variant owned(value);
+    const VariantPointer owned(value);
     enabled = value != nullptr && g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) &&
               g_variant_get_boolean(value) != 0;
     if (enabled && accessibility_ == nullptr) connectAccessibilityBus();
@@ -216,12 +215,12 @@ void AccessibilityBus::Watcher::connectAccessibilityBus() {
        g_variant_new("(s)", "object:state-changed:focused"));
 }
 
-Variant AccessibilityBus::Watcher::call(GDBusConnection* bus, const char* name, const char* path,
-                                        const char* interface, const char* method,
-                                        GVariant* arguments) {
-  return Variant(g_dbus_connection_call_sync(bus, name, path, interface, method, arguments, nullptr,
-                                             G_DBUS_CALL_FLAGS_NONE, callTimeout, cancellable_,
-                                             nullptr));
+VariantPointer AccessibilityBus::Watcher::call(GDBusConnection* bus, const char* name,
+                                               const char* path, const char* interface,
+                                               const char* method, GVariant* arguments) {
+  return VariantPointer(g_dbus_connection_call_sync(bus, name, path, interface, method, arguments,
+                                                    nullptr, G_DBUS_CALL_FLAGS_NONE, watchTimeout,
+                                                    cancellable_, nullptr));
 }
 
 void AccessibilityBus::Watcher::switchOn() {

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 namespace kivra {
+
+/// ATSPI_ROLE_PASSWORD_TEXT: what is typed here is nobody's business.
+inline constexpr std::uint32_t passwordRole = 40;
 
 /// An object of an application's user interface, by its place on the accessibility bus.
 struct AccessibleObject {

@@ -8,7 +8,6 @@ constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // Numbers of AtspiRole and AtspiStateType.
-constexpr std::uint32_t passwordRole = 40;
 constexpr std::uint32_t textRole = 61;
 constexpr std::uint32_t entryRole = 79;
 constexpr std::uint64_t editable = 1ULL << 7U;
@@ -34,15 +33,15 @@ std::optional<std::string> AccessibleText::read(AccessibleTextPart part) {
   return text;
 }
 
-AccessibleText::Variant AccessibleText::call(const char* interface, const char* method,
-                                             GVariant* arguments, const char* replyType) {
+VariantPointer AccessibleText::call(const char* interface, const char* method, GVariant* arguments,
+                                    const char* replyType) {
   const auto left =
       std::chrono::ceil<std::chrono::milliseconds>(deadline_ - std::chrono::steady_clock::now());
   if (left.count() <= 0) {
     if (arguments != nullptr) g_variant_unref(g_variant_ref_sink(arguments));
     return nullptr;
   }
-  return Variant(g_dbus_connection_call_sync(
+  return VariantPointer(g_dbus_connection_call_sync(
       bus_, object_.busName.c_str(), object_.path.c_str(), interface, method, arguments,
       G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NO_AUTO_START, static_cast<int>(left.count()),
       nullptr, nullptr));
@@ -59,7 +58,7 @@ std::optional<std::uint32_t> AccessibleText::role() {
 std::optional<std::uint64_t> AccessibleText::states() {
   const auto reply = call(accessibleInterface, "GetState", nullptr, "(au)");
   if (!reply) return std::nullopt;
-  const Variant words(g_variant_get_child_value(reply.get(), 0));
+  const VariantPointer words(g_variant_get_child_value(reply.get(), 0));
   std::uint64_t bits = 0;
   for (gsize at = 0; at < g_variant_n_children(words.get()) && at < 2; ++at) {
     std::uint32_t word = 0;

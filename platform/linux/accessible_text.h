@@ -4,12 +4,12 @@
 
 #include <chrono>
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/linux/accessible_object.h"
 #include "platform/linux/accessible_text_part.h"
+#include "platform/linux/variant_pointer.h"
 
 namespace kivra {
 
@@ -27,13 +27,8 @@ class AccessibleText {
   std::optional<std::string> read(AccessibleTextPart part);
 
  private:
-  struct FreeVariant {
-    void operator()(GVariant* variant) const { g_variant_unref(variant); }
-  };
-  using Variant = std::unique_ptr<GVariant, FreeVariant>;
-
-  Variant call(const char* interface, const char* method, GVariant* arguments,
-               const char* replyType);
+  VariantPointer call(const char* interface, const char* method, GVariant* arguments,
+                      const char* replyType);
   std::optional<std::uint32_t> role();
   std::optional<std::uint64_t> states();
   std::optional<std::string> selection();

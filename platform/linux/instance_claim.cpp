@@ -5,25 +5,22 @@
 #include <unistd.h>
 
 #include <cstdlib>
-#include <memory>
+
+#include "platform/linux/variant_pointer.h"
 
 namespace kivra {
 
 namespace {
 
-constexpr int callTimeout = 2000;  // ms
+constexpr int busTimeout = 2000;   // ms
 constexpr guint32 doNotQueue = 4;  // DBUS_NAME_FLAG_DO_NOT_QUEUE
 constexpr guint32 nameExists = 3;  // DBUS_REQUEST_NAME_REPLY_EXISTS
 
-struct Unref {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-
 /// Calls the bus itself with the arguments, which it takes; the number answered, if any.
 std::optional<guint32> askBus(GDBusConnection* bus, const char* method, GVariant* arguments) {
-  const std::unique_ptr<GVariant, Unref> reply(g_dbus_connection_call_sync(
+  const VariantPointer reply(g_dbus_connection_call_sync(
       bus, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", method,
-      arguments, G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, callTimeout, nullptr, nullptr));
+      arguments, G_VARIANT_TYPE("(u)"), G_DBUS_CALL_FLAGS_NONE, busTimeout, nullptr, nullptr));
   if (!reply) return std::nullopt;
   guint32 number = 0;
   g_variant_get(reply.get(), "(u)", &number);

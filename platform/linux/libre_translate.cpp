@@ -11,8 +11,7 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr auto answerWait = std::chrono::seconds(1);
-constexpr int ok = 200;
+constexpr auto languagesWait = std::chrono::seconds(1);
 
 Json parsed(const HttpResponse& response) { return Json::parse(response.body, nullptr, false); }
 
@@ -51,7 +50,7 @@ std::variant<std::string, PlatformError> translationIn(
     const std::variant<HttpResponse, PlatformError>& answer) {
   if (const auto* error = std::get_if<PlatformError>(&answer)) return *error;
   const auto& response = std::get<HttpResponse>(answer);
-  if (response.statusCode != ok) {
+  if (response.statusCode != httpOk) {
     return PlatformError("LibreTranslate: HTTP " + std::to_string(response.statusCode.value_or(0)));
   }
   const auto body = parsed(response);
@@ -69,10 +68,10 @@ LibreTranslate::LibreTranslate(HttpClient& http, std::uint16_t port)
 
 void LibreTranslate::pair(const TranslationLanguages& languages,
                           std::function<void(std::optional<TranslationLanguages>)> done) {
-  http_.data({.url = address_ + "/languages", .timeout = answerWait},
+  http_.data({.url = address_ + "/languages", .timeout = languagesWait},
              [languages, called = std::move(done)](const auto& answer) {
                const auto* response = std::get_if<HttpResponse>(&answer);
-               if (response == nullptr || response->statusCode != ok) {
+               if (response == nullptr || response->statusCode != httpOk) {
                  called(std::nullopt);
                } else {
                  called(pairIn(parsed(*response), languages));

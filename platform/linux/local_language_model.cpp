@@ -10,8 +10,7 @@ namespace {
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto slice = std::chrono::milliseconds(1);
-constexpr int ok = 200;
+constexpr auto probeSlice = std::chrono::milliseconds(1);
 
 constexpr const char* noModel = "Локальная модель не отвечает.";
 constexpr const char* notUnderstood = "Ответ локальной модели непонятен.";
@@ -56,7 +55,7 @@ const Json* member(const Json* object, const char* name) {
 using Answer = std::variant<std::string, PlatformError>;
 
 Answer answerIn(const HttpResponse& response, const std::optional<GenerationSchema>& schema) {
-  if (response.statusCode != ok) {
+  if (response.statusCode != httpOk) {
     return PlatformError("Локальная модель: HTTP " +
                          std::to_string(response.statusCode.value_or(0)));
   }
@@ -87,7 +86,7 @@ bool LocalLanguageModel::isAvailable() {
   isProbing_ = true;
   const LocalModelProbe probe(http_, options_.ports, options_.probeWait);
   const auto deadline = Clock::now() + options_.probeWait;
-  while (!probe.isSettled() && Clock::now() < deadline) runLoop_.runFor(slice);
+  while (!probe.isSettled() && Clock::now() < deadline) runLoop_.runFor(probeSlice);
   *known_ = {.model = probe.found(), .until = Clock::now() + options_.probeLife};
   isProbing_ = false;
   return known_->model.has_value();

@@ -9,7 +9,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr int ok = 200;
 constexpr int stillLoading = 503;
 
 std::optional<int> statusOf(const std::variant<HttpResponse, PlatformError>& answer) {
@@ -19,7 +18,7 @@ std::optional<int> statusOf(const std::variant<HttpResponse, PlatformError>& ans
 
 /// The first model that writes; Ollama lists those for searching as well.
 std::optional<std::string> modelIn(const std::variant<HttpResponse, PlatformError>& answer) {
-  if (statusOf(answer) != ok) return std::nullopt;
+  if (statusOf(answer) != httpOk) return std::nullopt;
   const auto body = Json::parse(std::get<HttpResponse>(answer).body, nullptr, false);
   if (!body.is_object() || !body.contains("data") || !body["data"].is_array()) return std::nullopt;
   for (const auto& model : body["data"]) {

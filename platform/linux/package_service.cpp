@@ -7,6 +7,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/linux/variant_pointer.h"
+
 namespace kivra {
 
 namespace {
@@ -20,18 +22,13 @@ constexpr std::uint32_t exitSuccess = 1;
 constexpr std::uint64_t notInstalled = 1U << 3U;
 constexpr std::uint64_t onlyTrusted = 1U << 1U;
 
-constexpr int callTimeout = 30000;  // ms
+constexpr int serviceTimeout = 30000;  // ms
 constexpr auto wholeTimeout = std::chrono::minutes(10);
-constexpr guint stopCheckInterval = 100;  // ms
+constexpr guint stopRequestInterval = 100;  // ms
 
 constexpr const char* noService = "Служба установки пакетов недоступна.";
 constexpr const char* noPackage = "Языкового пакета нет в источниках пакетов.";
 constexpr const char* notDone = "Языковой пакет не установлен.";
-
-struct FreeVariant {
-  void operator()(GVariant* variant) const { g_variant_unref(variant); }
-};
-using Variant = std::unique_ptr<GVariant, FreeVariant>;
 
 struct UnrefContext {
   void operator()(GMainContext* context) const {
@@ -94,11 +91,11 @@ class Transaction {
   std::string failure;
 
  private:
-  Variant call(const char* path, const char* interface, const char* method, GVariant* arguments,
-               const char* replyType) {
-    return Variant(g_dbus_connection_call_sync(bus_, service, path, interface, method, arguments,
-                                               G_VARIANT_TYPE(replyType), G_DBUS_CALL_FLAGS_NONE,
-                                               callTimeout, nullptr, nullptr));
+  VariantPointer call(const char* path, const char* interface, const char* method,
+                      GVariant* arguments, const char* replyType) {
+    return VariantPointer(g_dbus_connection_call_sync(
+        bus_, service, path, interface, method, arguments, G_VARIANT_TYPE(replyType),
+        G_DBUS_CALL_FLAGS_NONE, serviceTimeout, nullptr, nullptr));
   }
 
   static void onSignal(GDBusConnection*, const char*, const char*, const char*, const char* name,
@@ -115,11 +112,11 @@ class Transaction {
 };
 
 bool Transaction::run(const char* method, GVariant* arguments, const std::stop_token& stop) {
-  const Variant owned(g_variant_ref_sink(arguments));
+  const VariantPointer owned(g_variant_ref_sink(arguments));
   if (path_.empty()) return false;
   if (!call(path_.c_str(), transactionInterface, method, arguments, "()")) return false;
   const auto deadline = std::chrono::steady_clock::now() + wholeTimeout;
-  auto* const tick = g_timeout_source_new(stopCheckInterval);
+  auto* const tick = g_timeout_source_new(stopRequestInterval);
   g_source_set_callback(
       tick, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr, nullptr);
   g_source_attach(tick, context_);

@@ -7,14 +7,13 @@
 #include <cstddef>
 #include <memory>
 
+#include "platform/x11/x_display.h"
 #include "platform/xkb/virtual_keys.h"
 
 namespace kivra::x11 {
 
 namespace {
 
-constexpr int firstCode = 8;
-constexpr int codeLimit = 256;
 constexpr int symbolsPerCode = 4;  // two groups of two levels, all the same
 
 // Keypad keys depend on Num Lock.
@@ -34,10 +33,10 @@ std::uint32_t scalarOf(Display* display, std::uint8_t code, unsigned group, int 
 std::vector<std::uint8_t> codesWithoutSymbols(Display* display) {
   int perCode = 0;
   const std::unique_ptr<KeySym, int (*)(void*)> symbols(
-      XGetKeyboardMapping(display, firstCode, codeLimit - firstCode, &perCode), XFree);
+      XGetKeyboardMapping(display, firstKeyCode, keyCodeLimit - firstKeyCode, &perCode), XFree);
   std::vector<std::uint8_t> codes;
-  for (int code = firstCode; symbols && code < codeLimit; ++code) {
-    const auto* first = symbols.get() + std::ptrdiff_t{code - firstCode} * perCode;
+  for (int code = firstKeyCode; symbols && code < keyCodeLimit; ++code) {
+    const auto* first = symbols.get() + std::ptrdiff_t{code - firstKeyCode} * perCode;
     if (std::all_of(first, first + perCode, [](KeySym symbol) { return symbol == NoSymbol; })) {
       codes.push_back(static_cast<std::uint8_t>(code));
     }
@@ -51,7 +50,7 @@ void CharacterKeys::readMap() {
   for (unsigned group = 0; group < maxGroups; ++group) {
     keys_[group].clear();
     for (int level = 0; level < 2; ++level) {
-      for (int i = firstCode; i < codeLimit; ++i) {
+      for (int i = firstKeyCode; i < keyCodeLimit; ++i) {
         const auto code = static_cast<std::uint8_t>(i);
         if (isKeypad(code)) continue;
         const auto scalar = scalarOf(display_, code, group, level);

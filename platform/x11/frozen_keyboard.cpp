@@ -22,10 +22,8 @@ Window focusWindow(Display* display) {
 
 bool FrozenKeyboard::freeze() {
   const auto window = focusWindow(display_);
-  stream_.expectGrab();
   auto result = XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
   if (result == GrabNotViewable) {
-    stream_.expectGrab();
     result = XGrabKeyboard(display_, DefaultRootWindow(display_), False, GrabModeAsync,
                            GrabModeSync, CurrentTime);
   }
@@ -74,14 +72,12 @@ void FrozenKeyboard::attempt(const Writer& write, const std::bitset<256>& down, 
   for (const auto& event : takenOut) {
     if (event.isKey()) send({event.code, event.kind == RecordedEvent::Kind::keyDown, 0}, true);
   }
-  XSync(display_, False);
   stream_.catchUp();
 }
 
 void FrozenKeyboard::typeUnfrozen(const Writer& write, const std::bitset<256>& down) {
   down_ = down;
   for (const auto& key : write(down, down)) send(key, false);
-  XSync(display_, False);
   stream_.catchUp();
 }
 
@@ -137,7 +133,6 @@ void FrozenKeyboard::send(const ScriptedKey& key, bool isReplay) {
 }
 
 void FrozenKeyboard::grabKeyboard(Window window) {
-  stream_.expectGrab();
   XGrabKeyboard(display_, window, False, GrabModeAsync, GrabModeSync, CurrentTime);
 }
 

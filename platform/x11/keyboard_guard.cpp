@@ -27,6 +27,10 @@ std::uint16_t virtualKeyOf(std::uint8_t code) {
   return virtualKey(static_cast<std::uint16_t>(code - xkbOffset)).value_or(unknownKey);
 }
 
+PostedKey pressOf(std::uint8_t code, const KeyboardState& state, std::int64_t userData) {
+  return {.keyCode = virtualKeyOf(code), .flags = state.flags(), .userData = userData};
+}
+
 void selectServerEvents(Display* display) {
   XSelectInput(display, DefaultRootWindow(display), PropertyChangeMask);
   XkbSelectEvents(display, XkbUseCoreKbd, XkbNewKeyboardNotifyMask | XkbMapNotifyMask,
@@ -173,11 +177,8 @@ void KeyboardGuard::handleInput() {
   stream_.drain();
   if (stream_.events().empty() && !grabbed_.empty()) {
     // The record of a key is on its way when the key has arrived.
-    stream_.wait(std::chrono::milliseconds(50));
-    stream_.drain();
-    if (stream_.events().empty()) {
-      stream_.events().push_back({.code = grabbed_.front()});
-    }
+    stream_.catchUp();
+    if (stream_.events().empty()) stream_.events().push_back({.code = grabbed_.front()});
   }
   while (!stream_.events().empty()) {
     const auto event = stream_.events().front();
@@ -349,9 +350,7 @@ void KeyboardGuard::carryOut(const OrderMessage& verdict, const RecordedEvent& e
   auto keys = verdict.keys;
   if (!verdict.order.drop) {
     // What is posted while the tap decides of a key comes after that key.
-    keys.insert(keys.begin(), {.keyCode = virtualKeyOf(event.code),
-                               .flags = state_.flags(),
-                               .userData = keys.front().userData});
+    keys.insert(keys.begin(), pressOf(event.code, state_, keys.front().userData));
   }
   keyboard_.type(writer(std::move(keys)), state_.down(), 0);
   readServer();
@@ -367,12 +366,15 @@ void KeyboardGuard::post(const OrderMessage& message) {
   if (!partial_) partial_.emplace();
   collect(*partial_, message);
   if (message.order.more) return;
-  const auto whole = *std::exchange(partial_, std::nullopt);
-  const auto after = whole.order.number;
-  if (!keyboard_.freeze()) {
-    keyboard_.typeUnfrozen(writer(whole.keys), state_.down());
-    return;
+  auto whole = *std::exchange(partial_, std::nullopt);
+  if (keyboard_.freeze()) {
+    typeFrozen(std::move(whole.keys), whole.order.number);
+  } else {
+    keyboard_.typeUnfrozen(writer(std::move(whole.keys)), state_.down());
   }
+}
+
+void KeyboardGuard::typeFrozen(std::vector<PostedKey> keys, std::uint32_t after) {
   auto state = state_;
   auto isOvertaken = after != 0 && lastPress_ > after;
   const auto base = stream_.countAtGrab();
@@ -386,11 +388,18 @@ void KeyboardGuard::post(const OrderMessage& message) {
       isOvertaken = isOvertaken || (after != 0 && !modifiers_.isModifier(event.code));
     }
   }
+  const auto userData = keys.empty() ? 0 : keys.front().userData;
   // The text that was to be changed has grown in the meantime: nothing may be erased any more.
-  if (isOvertaken) {
+  if (isOvertaken) keys.clear();
+  // The freeze took the place of that for a key pressed just before it, which reached nobody.
+  readServer();
+  for (const auto code : std::exchange(grabbed_, {})) {
+    keys.insert(keys.begin(), pressOf(code, state, userData));
+  }
+  if (keys.empty()) {
     keyboard_.release();
   } else {
-    keyboard_.type(writer(whole.keys), state.down(), base);
+    keyboard_.type(writer(std::move(keys)), state.down(), base);
   }
   readServer();
 }

@@ -68,6 +68,7 @@ class KeyboardGuard {
   void replay();
 
   void post(const OrderMessage& message);
+  void typeFrozen(std::vector<PostedKey> keys, std::uint32_t after);
   FrozenKeyboard::Writer writer(std::vector<PostedKey> keys);
   void collect(OrderMessage& message, const OrderMessage& part);
 

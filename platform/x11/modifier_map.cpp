@@ -5,6 +5,8 @@
 
 #include <memory>
 
+#include "platform/x11/x_display.h"
+
 namespace kivra::x11 {
 
 namespace {
@@ -12,9 +14,6 @@ namespace {
 // What laptops report for their Fn key where they report it at all; Xlib's own header with the name
 // is not installed everywhere.
 constexpr KeySym wakeUpSymbol = 0x1008FF2B;
-
-constexpr int firstCode = 8;
-constexpr int codeLimit = 256;
 
 std::uint64_t flagOf(KeySym symbol) {
   switch (symbol) {
@@ -53,13 +52,13 @@ bool isLock(KeySym symbol) {
 ModifierMap::ModifierMap(Display* display) {
   const std::unique_ptr<XModifierKeymap, int (*)(XModifierKeymap*)> map(
       XGetModifierMapping(display), XFreeModifiermap);
-  std::array<unsigned int, codeLimit> masks{};
+  std::array<unsigned int, keyCodeLimit> masks{};
   if (map) {
     for (int i = 0; i < 8 * map->max_keypermod; ++i) {
       masks[map->modifiermap[i]] |= 1U << (i / map->max_keypermod);
     }
   }
-  for (int code = firstCode; code < codeLimit; ++code) {
+  for (int code = firstKeyCode; code < keyCodeLimit; ++code) {
     const auto key = static_cast<std::uint8_t>(code);
     addKey(key, XkbKeycodeToKeysym(display, key, 0, 0), masks[key]);
   }

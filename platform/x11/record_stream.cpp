@@ -30,12 +30,15 @@ XRecordContext createContext(Display* data, Display* posting, int testOpcode) {
   const auto grabs = newRange();
   grabs->core_requests.first = X_GrabKeyboard;
   grabs->core_requests.last = X_GrabKeyboard;
+  const auto fences = newRange();
+  fences->core_requests.first = X_NoOperation;
+  fences->core_requests.last = X_NoOperation;
   const auto fakes = newRange();
   fakes->ext_requests.ext_major.first = static_cast<unsigned char>(testOpcode);
   fakes->ext_requests.ext_major.last = static_cast<unsigned char>(testOpcode);
   fakes->ext_requests.ext_minor.first = X_XTestFakeInput;
   fakes->ext_requests.ext_minor.last = X_XTestFakeInput;
-  std::array<XRecordRange*, 3> ranges = {events.get(), grabs.get(), fakes.get()};
+  std::array<XRecordRange*, 4> ranges = {events.get(), grabs.get(), fences.get(), fakes.get()};
   // Any resource of a client stands for the client.
   XRecordClientSpec client = XCreatePixmap(posting, DefaultRootWindow(posting), 1, 1, 1);
   XSync(posting, False);
@@ -49,7 +52,9 @@ XRecordContext createContext(Display* data, Display* posting, int testOpcode) {
 }  // namespace
 
 RecordStream::RecordStream(Display* posting)
-    : data_(XOpenDisplay(DisplayString(posting))), testOpcode_(extensionOpcode(posting, "XTEST")) {
+    : posting_(posting),
+      data_(XOpenDisplay(DisplayString(posting))),
+      testOpcode_(extensionOpcode(posting, "XTEST")) {
   if (!data_) throw std::runtime_error("no second connection to the X server");
   context_ = createContext(data_.get(), posting, testOpcode_);
   if (context_ == 0 || XRecordEnableContextAsync(data_.get(), context_, intercept,
@@ -65,23 +70,30 @@ RecordStream::~RecordStream() = default;
 
 void RecordStream::expect(const Posted& posted) { expected_.push_back(posted); }
 
-void RecordStream::drain() { XRecordProcessReplies(data_.get()); }
+void RecordStream::drain() {
+  XRecordProcessReplies(data_.get());
+  // Every client is told of a changed keyboard map, asked or not; an event left in the queue would
+  // look like something to read for ever.
+  XEvent event;
+  while (XEventsQueued(data_.get(), QueuedAlready) > 0) XNextEvent(data_.get(), &event);
+}
 
 void RecordStream::catchUp() {
-  // The requests have been carried out, so their records are on the way; the bound only keeps a
-  // server that misbehaves from hanging the guard.
-  constexpr std::chrono::milliseconds patience(100);
-  drain();
-  while (!expected_.empty() || grabsSeen_ < grabsSent_) {
-    if (!wait(patience)) break;
+  using Clock = std::chrono::steady_clock;
+  // Recorded behind all that the requests before it have caused.
+  XNoOp(posting_);
+  ++fencesSent_;
+  // The bound keeps a server that misbehaves from hanging the guard.
+  const auto deadline = Clock::now() + std::chrono::milliseconds(500);
+  do {
+    // The server may go to sleep on records that it has written only when it answered somebody
+    // else; any request wakes it.
+    XSync(posting_, False);
     drain();
-  }
-  expected_.clear();
-  grabsSeen_ = grabsSent_;
-  // The event's record follows at once or, when the key was down or up already, never: then a
-  // user's event must not be taken for it.
-  if (pending_ && wait(std::chrono::milliseconds(5))) drain();
-  pending_.reset();
+    if (fencesSeen_ < fencesSent_ && wait(std::chrono::milliseconds(1))) drain();
+  } while (fencesSeen_ < fencesSent_ && Clock::now() < deadline);
+  // A press of a key that was down makes no event: then a user's must not be taken for it.
+  if (fencesSeen_ == fencesSent_) pending_.reset();
 }
 
 bool RecordStream::wait(std::chrono::milliseconds timeout) {
@@ -102,8 +114,8 @@ void RecordStream::intercept(XPointer self, XRecordInterceptData* data) {
 }
 
 void RecordStream::takeRequest(const unsigned char* request) {
+  if (request[0] == X_NoOperation) ++fencesSeen_;
   if (request[0] == X_GrabKeyboard) {
-    ++grabsSeen_;
     countAtGrab_ = events_.size();
     return;
   }

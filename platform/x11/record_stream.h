@@ -35,13 +35,11 @@ class RecordStream {
   };
   void expect(const Posted& posted);
 
-  /// To be called for each XGrabKeyboard request, before it is sent.
-  void expectGrab() { ++grabsSent_; }
-
   /// Takes in what the server has sent; does not wait.
   void drain();
 
-  /// Takes in everything up to the last expected request, which must have been sent already.
+  /// Waits until the server has carried out all requests of the posting connection, and takes in
+  /// everything up to there.
   void catchUp();
 
   /// Waits at most `timeout` for the server to send something.
@@ -60,6 +58,7 @@ class RecordStream {
   void takeRequest(const unsigned char* request);
   void takeEvent(const unsigned char* event);
 
+  Display* posting_;
   DisplayPointer data_;
   XRecordContext context_ = 0;
   bool isOn_ = false;
@@ -72,8 +71,8 @@ class RecordStream {
     Posted posted;
   };
   std::optional<Pending> pending_;
-  std::uint64_t grabsSent_ = 0;
-  std::uint64_t grabsSeen_ = 0;
+  std::uint64_t fencesSent_ = 0;
+  std::uint64_t fencesSeen_ = 0;
   std::size_t countAtGrab_ = 0;
   std::size_t countAtLastPosted_ = 0;
 };

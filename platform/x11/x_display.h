@@ -7,6 +7,10 @@
 
 namespace kivra::x11 {
 
+/// The X protocol's key codes lie in [firstKeyCode, keyCodeLimit).
+inline constexpr int firstKeyCode = 8;
+inline constexpr int keyCodeLimit = 256;
+
 struct CloseDisplay {
   void operator()(Display* display) const { XCloseDisplay(display); }
 };

@@ -8,14 +8,14 @@ namespace kivra {
 
 namespace {
 
-struct ReleaseState {
+struct ReleaseComposeState {
   void operator()(xkb_compose_state* state) const { xkb_compose_state_unref(state); }
 };
-using State = std::unique_ptr<xkb_compose_state, ReleaseState>;
+using ComposeState = std::unique_ptr<xkb_compose_state, ReleaseComposeState>;
 
-State newState(xkb_compose_table* table) {
-  return State(table == nullptr ? nullptr
-                                : xkb_compose_state_new(table, XKB_COMPOSE_STATE_NO_FLAGS));
+ComposeState newState(xkb_compose_table* table) {
+  return ComposeState(table == nullptr ? nullptr
+                                       : xkb_compose_state_new(table, XKB_COMPOSE_STATE_NO_FLAGS));
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <iostream>
+#include <thread>
 
 #include "kivra_session.h"
 
@@ -94,6 +95,20 @@ TEST(Survival, KilledGuardIsReplaced) {
     return next != 0 && next != guard && desktop.session.isSpaceGrabbed();
   }));
   EXPECT_TRUE(corrects(desktop));
+}
+
+/// The program posts an undo; before the guard can freeze the keyboard for it, Space is pressed.
+TEST(Survival, KeyPressedJustBeforeAFreezeIsNotLost) {
+  KivraSession desktop;
+  desktop.typist.type("ghbdtn ");
+  ASSERT_EQ(desktop.window.textAfter("привет "), "привет ");
+  desktop.typist.holdServer();
+  desktop.typist.tap(keys::shift);
+  desktop.typist.tap(keys::shift);
+  std::this_thread::sleep_for(200ms);
+  desktop.typist.tap(keys::space);
+  desktop.typist.letServerGo();
+  EXPECT_EQ(desktop.window.textAfter("привет  "), "привет  ");
 }
 
 TEST(Survival, LostServerEndsTheProgramWithAMessage) {

@@ -63,6 +63,16 @@ void Typist::click() {
   XSync(display_, False);
 }
 
+void Typist::holdServer() {
+  XGrabServer(display_);
+  XSync(display_, False);
+}
+
+void Typist::letServerGo() {
+  XUngrabServer(display_);
+  XFlush(display_);
+}
+
 void Typist::selectGroup(unsigned int group) {
   XkbLockGroup(display_, XkbUseCoreKbd, group);
   XSync(display_, False);

@@ -46,6 +46,10 @@ class Typist {
   void chord(const std::vector<std::uint8_t>& codes);
   void click();
 
+  /// Lets the server serve nobody else meanwhile; keys are typed all the same.
+  void holdServer();
+  void letServerGo();
+
   /// Selects an XKB group, as a desktop's own switcher does.
   void selectGroup(unsigned int group);
   unsigned int group();

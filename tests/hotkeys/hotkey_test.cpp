@@ -7,8 +7,6 @@
 namespace kivra {
 namespace {
 
-using enum ComboModifier;
-
 constexpr std::uint64_t controlOption = event_flags::control | event_flags::option;
 
 std::optional<std::string> englishCharacter(std::uint16_t keyCode) {
@@ -47,6 +45,7 @@ TEST(Hotkey, DecodesOnlyItsStoredForm) {
 }
 
 TEST(ModifierCombo, IsHeldWithFurtherModifiers) {
+  using enum ComboModifier;
   const ModifierCombo combo{control, fn};
   EXPECT_TRUE(combo.isHeld(event_flags::control | event_flags::fn));
   EXPECT_TRUE(combo.isHeld(event_flags::control | event_flags::fn | event_flags::shift));
@@ -56,6 +55,7 @@ TEST(ModifierCombo, IsHeldWithFurtherModifiers) {
 }
 
 TEST(ModifierCombo, ShowsItsMembersInTheFixedOrder) {
+  using enum ComboModifier;
   EXPECT_EQ((ModifierCombo{option, command, control}).displayText(), "⌃⌥⌘");
   EXPECT_EQ(ModifierCombo{fn}.displayText(), "Выкл");
   std::string presets;
@@ -64,6 +64,7 @@ TEST(ModifierCombo, ShowsItsMembersInTheFixedOrder) {
 }
 
 TEST(ModifierCombo, DecodesAsASetOrNotAtAll) {
+  using enum ComboModifier;
   const ModifierCombo combo{shift, fn};
   EXPECT_EQ(ModifierCombo::decoded(combo.encoded()), combo);
   EXPECT_EQ(ModifierCombo::decoded(R"({"modifiers":["fn","shift","fn"]})"), combo);

@@ -10,7 +10,7 @@ namespace kivra {
 namespace {
 
 /// Posting and a clock that write down, in one list, what the output does.
-class Recorder : public EventPosting, public Clock {
+class OutputRecorder : public EventPosting, public Clock {
  public:
   std::unique_ptr<EventSource> eventSourceCreate(int /*stateId*/) override {
     ++sources;
@@ -44,7 +44,7 @@ class KeyOutputTest : public testing::Test {
  protected:
   std::string taken() { return std::exchange(recorder_.log, {}); }
 
-  Recorder recorder_;
+  OutputRecorder recorder_;
   FakeInputSources inputSources_;
   KeyOutput output_{recorder_, inputSources_, recorder_};
 };

@@ -18,8 +18,8 @@ using embedded::Json;
 
 constexpr std::array<std::uint16_t, 12> letterKeys = {5, 4, 11, 2, 17, 45, 0, 1, 43, 33, 9, 47};
 
-struct Run {
-  Run() {
+struct TypingRun {
+  TypingRun() {
     desktop.spellChecker.setDictionary("ru", {"привет", "мир", "это", "дом"},
                                        {{"превет", "привет"}, {"дмо", "дома"}});
     desktop.spellChecker.setDictionary("en", {"hello", "the", "sad"}, {{"helo", "hello"}});
@@ -62,13 +62,13 @@ rc::Gen<std::vector<Key>> words() {
       }));
 }
 
-void play(Run& run, const std::vector<Key>& keys) {
+void play(TypingRun& run, const std::vector<Key>& keys) {
   for (const auto& key : keys) run.press(key.code, key.shift ? event_flags::shift : 0);
 }
 
 RC_GTEST_PROP(Typing, SwitchedOffItIsAnOrdinaryKeyboard, ()) {
   const auto keys = *words();
-  Run off;
+  TypingRun off;
   off.app.services.settings().isEnabled.set(false);
   play(off, keys);
   EmbeddedDesktop bare(nullptr, nullptr);
@@ -80,7 +80,7 @@ RC_GTEST_PROP(Typing, SwitchedOffItIsAnOrdinaryKeyboard, ()) {
 
 RC_GTEST_PROP(Typing, AnUndoRightAfterAChangeGivesBackWhatWasTyped, ()) {
   const auto keys = *words();
-  Run run;
+  TypingRun run;
   EmbeddedDesktop bare(nullptr, nullptr);
   for (const auto& key : keys) {
     const auto flags = key.shift ? event_flags::shift : 0;
@@ -105,7 +105,7 @@ RC_GTEST_PROP(Typing, AnUndoRightAfterAChangeGivesBackWhatWasTyped, ()) {
 
 RC_GTEST_PROP(Typing, ARolledBackWordIsNeverChangedAgain, ()) {
   const auto keys = *words();
-  Run run;
+  TypingRun run;
   for (int round = 0; round < 2; ++round) {
     for (const auto& key : keys) {
       const auto passed = run.press(key.code, key.shift ? event_flags::shift : 0);

@@ -15,28 +15,28 @@ std::vector<std::u32string> words(std::u32string_view text) {
   return out;
 }
 
-using Words = std::vector<std::u32string>;
+using Found = std::vector<std::u32string>;
 
 TEST(WordSplitter, dropsPunctuationAround) {
-  EXPECT_EQ(words(U"it."), Words{U"it"});
-  EXPECT_EQ(words(U"n."), Words{}) << "an abbreviation, not the keys of тю";
-  EXPECT_EQ(words(U"(\"well,\" he said)"), (Words{U"well", U"he", U"said"}));
-  EXPECT_EQ(words(U"'quoted'"), Words{U"quoted"});
-  EXPECT_EQ(words(U"e.g."), Words{});
+  EXPECT_EQ(words(U"it."), Found{U"it"});
+  EXPECT_EQ(words(U"n."), Found{}) << "an abbreviation, not the keys of тю";
+  EXPECT_EQ(words(U"(\"well,\" he said)"), (Found{U"well", U"he", U"said"}));
+  EXPECT_EQ(words(U"'quoted'"), Found{U"quoted"});
+  EXPECT_EQ(words(U"e.g."), Found{});
 }
 
 TEST(WordSplitter, keepsWhatJoinsLetters) {
   EXPECT_EQ(words(U"don't don’t кто-то well- -known"),
-            (Words{U"don't", U"don’t", U"кто-то", U"well", U"known"}));
+            (Found{U"don't", U"don’t", U"кто-то", U"well", U"known"}));
 }
 
 TEST(WordSplitter, skipsDigitsAndInitials) {
-  EXPECT_EQ(words(U"42 mp3 2-й B2B T. Rex"), Words{U"Rex"});
+  EXPECT_EQ(words(U"42 mp3 2-й B2B T. Rex"), Found{U"Rex"});
 }
 
 TEST(WordSplitter, signsInsideWordsAreLettersOfTheOtherLayout) {
-  EXPECT_EQ(words(U"to` ,sk jib,jr ve;"), (Words{U"to`", U",sk", U"jib,jr", U"ve"}));
-  EXPECT_EQ(words(U"one, two;"), (Words{U"one", U"two"}));
+  EXPECT_EQ(words(U"to` ,sk jib,jr ve;"), (Found{U"to`", U",sk", U"jib,jr", U"ve"}));
+  EXPECT_EQ(words(U"one, two;"), (Found{U"one", U"two"}));
 }
 
 TEST(WordSplitter, countsUtf16Units) {
