@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -28,7 +29,9 @@ class X11Desktop {
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
     std::function<void(std::string_view)> open;  ///< opens an address
-    std::function<void()> connectionLost;        ///< called once when the X server is gone
+    /// Called with each XKB group that is selected, while the guard locks it.
+    std::function<void(std::uint32_t group)> groupSelected;
+    std::function<void()> connectionLost;  ///< called once when the X server is gone
   };
 
   explicit X11Desktop(Environment environment);

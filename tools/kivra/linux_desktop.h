@@ -6,6 +6,7 @@
 #include "platform/linux/accessibility_bus.h"
 #include "platform/linux/address_opener.h"
 #include "platform/linux/hunspell_spell_checker.h"
+#include "platform/linux/layout_keepers.h"
 #include "platform/linux/linux_application.h"
 #include "platform/linux/sqlite_defaults_database.h"
 #include "platform/linux/standard_error_log.h"
@@ -53,6 +54,7 @@ class LinuxDesktop : public Privacy {
   AddressOpener opener_ = AddressOpener::ofSession();
   SqliteDefaultsDatabase defaults_;
   HunspellSpellChecker spellChecker_;
+  LayoutKeepers layoutKeepers_;
   x11::X11Desktop x11_;
   LinuxTextServices text_;
   qt::QtAlerts alerts_;
