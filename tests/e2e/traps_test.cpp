@@ -108,12 +108,35 @@ TEST(Traps, OtherWindowIsNotErasedIn) {
 TEST(Traps, FocusStaysWithTheApplication) {
   KivraSession desktop;
   desktop.typist.type("ghbdtn ");
+  desktop.window.textAfter("привет ");
   desktop.typist.tap(keys::shift);
   desktop.typist.tap(keys::shift);
+  desktop.window.textAfter("ghbdtn ");
   desktop.typist.type("hello world\nhello\thello ");
   constexpr const char* expected = "ghbdtn hello world\nhello\thello ";
   EXPECT_EQ(desktop.window.textAfter(expected), expected);
   EXPECT_EQ(desktop.window.focusLosses(), 0);
+}
+
+TEST(Traps, WordsAreMendedWhereverTheFocusGoes) {
+  KivraSession desktop;
+  const auto expectMended = [&](TestWindow& window) {
+    EXPECT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
+    desktop.typist.selectGroup(0);
+    window.clear();
+    desktop.typist.type("ghbdtn ");
+    EXPECT_EQ(window.textAfter("привет "), "привет ");
+  };
+  {
+    TestWindow other(desktop.session.display());
+    expectMended(other);
+  }
+  desktop.window.focus();
+  expectMended(desktop.window);
+  // The keys go to the window under the pointer.
+  desktop.session.run({"xdotool", "mousemove", "300", "300"});
+  desktop.window.giveFocusUp();
+  expectMended(desktop.window);
 }
 
 TEST(Traps, ConsumedHotkeyNeverReachesTheApplication) {
