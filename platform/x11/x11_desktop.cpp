@@ -12,7 +12,8 @@ X11Desktop::X11Desktop(Environment environment)
                  .group = group_,
                  .runLoop = environment_.runLoop,
                  .log = environment_.log,
-                 .watchFd = environment_.watchFd}),
+                 .watchFd = environment_.watchFd,
+                 .groupSelected = environment_.groupSelected}),
       inputSources(connection_, posted_, group_, environment_.log),
       workspace(connection_, environment_.isPasswordFocused) {
   connection_.onMapChange([this] { inputSources.invalidate(); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -26,6 +27,8 @@ class X11Desktop {
     WatchFd watchFd;
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
+    /// Called with each XKB group that is selected, while the guard locks it.
+    std::function<void(std::uint32_t group)> groupSelected;
     std::function<void()> connectionLost;  ///< called once when the X server is gone
   };
 

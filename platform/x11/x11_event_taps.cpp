@@ -123,12 +123,12 @@ void X11EventTaps::take(const Report& report) {
   const auto verdict = call(report);
   auto keys = environment_.posted.take();
   if (report.awaitsVerdict) {
-    environment_.guard.send({.kind = OrderKind::verdict,
-                             .drop = verdict == EventVerdict::drop,
-                             .number = report.number},
-                            keys);
+    hand({.kind = OrderKind::verdict,
+          .drop = verdict == EventVerdict::drop,
+          .number = report.number},
+         keys);
   } else if (!keys.empty()) {
-    environment_.guard.send({.kind = OrderKind::post, .number = report.number}, keys);
+    hand({.kind = OrderKind::post, .number = report.number}, keys);
   }
 }
 
@@ -154,7 +154,14 @@ EventVerdict X11EventTaps::call(const Report& report) {
 
 void X11EventTaps::flushPosted() {
   const auto keys = environment_.posted.take();
-  if (!keys.empty()) environment_.guard.send({.kind = OrderKind::post}, keys);
+  if (!keys.empty()) hand({.kind = OrderKind::post}, keys);
+}
+
+void X11EventTaps::hand(const Order& order, const std::vector<PostedKey>& keys) {
+  environment_.guard.send(order, keys);
+  for (const auto& key : keys) {
+    if (key.kind == PostedKey::Kind::selectGroup) environment_.groupSelected(key.value);
+  }
 }
 
 void X11EventTaps::beat() {

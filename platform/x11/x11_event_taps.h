@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <vector>
@@ -26,6 +27,7 @@ class X11EventTaps : public EventTaps {
     RunLoop& runLoop;
     Log& log;
     WatchFd watchFd;
+    std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
   };
 
   explicit X11EventTaps(Environment environment);
@@ -48,6 +50,7 @@ class X11EventTaps : public EventTaps {
   void take(const Report& report);
   EventVerdict call(const Report& report);
   void flushPosted();
+  void hand(const Order& order, const std::vector<PostedKey>& keys);
   void beat();
   void replaceGuard();
   void configureGuard();

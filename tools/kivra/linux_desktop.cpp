@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/qt/main_thread.h"
 #include "platform/qt/qt_application.h"
 
 namespace kivra {
@@ -18,6 +19,7 @@ constexpr const char* accessibilityMissing =
 LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::Options& model)
     : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
       defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
+      layoutKeepers_(qt::callOnMainThread),
       x11_({.runLoop = runLoop_,
             .log = log_,
             .watchFd =
@@ -26,6 +28,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                 },
             .guardProgram = std::move(guardProgram),
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
             .connectionLost =
                 [this] {
                   reportLostServer();

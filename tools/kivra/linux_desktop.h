@@ -5,6 +5,7 @@
 #include "linux_text_services.h"
 #include "platform/linux/accessibility_bus.h"
 #include "platform/linux/hunspell_spell_checker.h"
+#include "platform/linux/layout_keepers.h"
 #include "platform/linux/linux_application.h"
 #include "platform/linux/sqlite_defaults_database.h"
 #include "platform/linux/standard_error_log.h"
@@ -51,6 +52,7 @@ class LinuxDesktop : public Privacy {
   AccessibilityBus accessibility_;
   SqliteDefaultsDatabase defaults_;
   HunspellSpellChecker spellChecker_;
+  LayoutKeepers layoutKeepers_;
   x11::X11Desktop x11_;
   LinuxTextServices text_;
   qt::QtAlerts alerts_;
