@@ -81,6 +81,11 @@ void TestWindow::focus() {
   read();
 }
 
+void TestWindow::giveFocusUp() {
+  XSetInputFocus(display_, PointerRoot, RevertToPointerRoot, CurrentTime);
+  XSync(display_, False);
+}
+
 void TestWindow::clear() {
   read();
   text_.clear();

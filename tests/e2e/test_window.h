@@ -28,6 +28,9 @@ class TestWindow {
   Window window() const { return window_; }
   void focus();
 
+  /// Leaves the focus to whatever window the pointer is in.
+  void giveFocusUp();
+
   /// Takes in what has arrived.
   void read();
 

@@ -12,15 +12,20 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// Whether words are mended, if not at once: the program hears of a new keyboard map a moment late.
-bool corrects(KivraSession& desktop, const char* typed, const char* expected) {
+/// Whether words are mended, if not at once: the program hears of a new keyboard map or an active
+/// window a moment late.
+bool corrects(KivraSession& desktop, TestWindow& window, const char* typed, const char* expected) {
   return waitFor([&] {
     desktop.typist.selectGroup(0);
-    desktop.window.textWhenQuiet(50ms);
-    desktop.window.clear();
+    window.textWhenQuiet(50ms);
+    window.clear();
     desktop.typist.type(typed);
-    return desktop.window.textAfter(expected) == expected;
+    return window.textAfter(expected) == expected;
   });
+}
+
+bool corrects(KivraSession& desktop, const char* typed, const char* expected) {
+  return corrects(desktop, desktop.window, typed, expected);
 }
 
 bool hasPress(const TestWindow& window, std::uint8_t code) {
@@ -108,12 +113,28 @@ TEST(Traps, OtherWindowIsNotErasedIn) {
 TEST(Traps, FocusStaysWithTheApplication) {
   KivraSession desktop;
   desktop.typist.type("ghbdtn ");
+  desktop.window.textAfter("привет ");
   desktop.typist.tap(keys::shift);
   desktop.typist.tap(keys::shift);
+  desktop.window.textAfter("ghbdtn ");
   desktop.typist.type("hello world\nhello\thello ");
   constexpr const char* expected = "ghbdtn hello world\nhello\thello ";
   EXPECT_EQ(desktop.window.textAfter(expected), expected);
   EXPECT_EQ(desktop.window.focusLosses(), 0);
+}
+
+TEST(Traps, WordsAreMendedWhereverTheFocusGoes) {
+  KivraSession desktop;
+  {
+    TestWindow other(desktop.session.display());
+    EXPECT_TRUE(corrects(desktop, other, "ghbdtn ", "привет "));
+  }
+  desktop.window.focus();
+  EXPECT_TRUE(corrects(desktop, "ghbdtn ", "привет "));
+  // The keys go to the window under the pointer.
+  desktop.session.run({"xdotool", "mousemove", "300", "300"});
+  desktop.window.giveFocusUp();
+  EXPECT_TRUE(corrects(desktop, "ghbdtn ", "привет "));
 }
 
 TEST(Traps, ConsumedHotkeyNeverReachesTheApplication) {
