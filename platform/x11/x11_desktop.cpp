@@ -13,7 +13,8 @@ X11Desktop::X11Desktop(Environment environment)
                  .runLoop = environment_.runLoop,
                  .log = environment_.log,
                  .watchFd = environment_.watchFd,
-                 .groupSelected = environment_.groupSelected}),
+                 .groupSelected = environment_.groupSelected,
+                 .atNextKey = [this](auto called) { connection_.atNextKey(std::move(called)); }}),
       inputSources(connection_, posted_, group_, environment_.log),
       workspace(connection_, environment_.isPasswordFocused, environment_.open) {
   connection_.onMapChange([this] { inputSources.invalidate(); });

@@ -9,10 +9,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
-constexpr auto heartbeatInterval = 300ms;
-constexpr int mostUnanswered = 3;
-
 EventType eventType(ReportKind kind) {
   switch (kind) {
     case ReportKind::flagsChanged:
@@ -47,7 +43,13 @@ struct X11EventTaps::Tap : EventTapPort {
 struct X11EventTaps::Source : RunLoopSource {};
 
 X11EventTaps::X11EventTaps(Environment environment)
-    : environment_(std::move(environment)), self_(std::make_shared<X11EventTaps*>(this)) {
+    : environment_(std::move(environment)),
+      watchdog_({.runLoop = environment_.runLoop,
+                 .readReports = [this] { readReports(); },
+                 .ping = [this] { environment_.guard.send({.kind = OrderKind::ping}); },
+                 .bite = [this] { replaceSilentGuard(); },
+                 .atNextKey = environment_.atNextKey}),
+      self_(std::make_shared<X11EventTaps*>(this)) {
   environment_.posted.setWake([this] {
     if (isInCallback_) return;
     environment_.runLoop.asyncAfter(0us, [weak = std::weak_ptr(self_)] {
@@ -93,11 +95,10 @@ void X11EventTaps::setConsumableKeys(const std::vector<KeyChord>& keys) {
 
 void X11EventTaps::attach(bool attached) {
   watch_.reset();
-  heartbeat_.reset();
+  watchdog_.stop();
   if (!attached || environment_.guard.fd() < 0) return;
   watch_ = environment_.watchFd(environment_.guard.fd(), [this] { readReports(); });
-  unanswered_ = 0;
-  heartbeat_ = environment_.runLoop.scheduleRepeatingTimer(heartbeatInterval, [this] { beat(); });
+  watchdog_.start();
 }
 
 void X11EventTaps::configureGuard() {
@@ -113,7 +114,7 @@ void X11EventTaps::readReports() {
 }
 
 void X11EventTaps::take(const Report& report) {
-  unanswered_ = 0;
+  watchdog_.heard(report.kind == ReportKind::pong);
   if (report.kind == ReportKind::pong || report.kind == ReportKind::ready) return;
   if (report.kind == ReportKind::keyTaken) {
     environment_.log.log("Kivra: клавиша " + std::to_string(report.keyCode) +
@@ -164,22 +165,16 @@ void X11EventTaps::hand(const Order& order, const std::vector<PostedKey>& keys) 
   }
 }
 
-void X11EventTaps::beat() {
-  // An answer may wait unread when this process has been busy or stopped.
-  readReports();
-  if (unanswered_++ >= mostUnanswered) {
-    environment_.log.log("Kivra: сторож клавиатуры не отвечает, запускаю нового");
-    replaceGuard();
-    return;
-  }
-  environment_.guard.send({.kind = OrderKind::ping});
+void X11EventTaps::replaceSilentGuard() {
+  environment_.log.log("Kivra: сторож клавиатуры не отвечает, запускаю нового");
+  replaceGuard();
 }
 
 void X11EventTaps::replaceGuard() {
   watch_.reset();
   if (!environment_.guard.start()) {
     environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
-    heartbeat_.reset();
+    watchdog_.stop();
     return;
   }
   configureGuard();

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +9,7 @@
 #include "platform/log.h"
 #include "platform/run_loop.h"
 #include "platform/x11/guard_link.h"
+#include "platform/x11/guard_watchdog.h"
 #include "platform/x11/input_group.h"
 #include "platform/x11/posted_keys.h"
 #include "platform/x11/watch_fd.h"
@@ -17,7 +17,7 @@
 namespace kivra::x11 {
 
 /// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
-/// back. Watches the guard in its turn: one that does not answer for 0.9 s is replaced.
+/// back. A guard that is gone or does not answer is replaced.
 class X11EventTaps : public EventTaps {
  public:
   struct Environment {
@@ -28,6 +28,8 @@ class X11EventTaps : public EventTaps {
     Log& log;
     WatchFd watchFd;
     std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
+    /// Calls once at the next key in the session, whoever gets it.
+    std::function<void(std::function<void()>)> atNextKey;
   };
 
   explicit X11EventTaps(Environment environment);
@@ -51,8 +53,8 @@ class X11EventTaps : public EventTaps {
   EventVerdict call(const Report& report);
   void flushPosted();
   void hand(const Order& order, const std::vector<PostedKey>& keys);
-  void beat();
   void replaceGuard();
+  void replaceSilentGuard();
   void configureGuard();
 
   Environment environment_;
@@ -60,8 +62,7 @@ class X11EventTaps : public EventTaps {
   std::vector<Chord> chords_;
   bool isEnabled_ = false;
   bool isInCallback_ = false;
-  int unanswered_ = 0;  // heartbeats since the guard last said anything
-  std::unique_ptr<Timer> heartbeat_;
+  GuardWatchdog watchdog_;
   std::shared_ptr<void> watch_;
   std::shared_ptr<X11EventTaps*> self_;  // emptied first, for blocks that come later
 };
