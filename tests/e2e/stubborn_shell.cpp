@@ -9,7 +9,7 @@ namespace kivra::e2e {
 
 namespace {
 
-constexpr auto description = R"(<node><interface name="kivra.InputSource">
+constexpr auto shellInterface = R"(<node><interface name="kivra.InputSource">
 <method name="SelectGroup"><arg type="u" direction="in"/></method></interface></node>)";
 
 }  // namespace
@@ -19,7 +19,7 @@ StubbornShell::StubbornShell(const std::string& display, const std::string& addr
       client_(address),
       context_(g_main_context_new()),
       loop_(g_main_loop_new(context_, FALSE)),
-      description_(g_dbus_node_info_new_for_xml(description, nullptr)) {
+      description_(g_dbus_node_info_new_for_xml(shellInterface, nullptr)) {
   if (display_ == nullptr) throw std::runtime_error("no display " + display);
   XkbQueryExtension(display_, nullptr, &xkbEvent_, nullptr, nullptr, nullptr);
   XkbSelectEventDetails(display_, XkbUseCoreKbd, XkbStateNotify, XkbGroupLockMask,

@@ -9,7 +9,7 @@ namespace kivra::e2e {
 
 namespace {
 
-constexpr auto description = R"(<node><interface name="org.kde.StatusNotifierWatcher">
+constexpr auto watcherInterface = R"(<node><interface name="org.kde.StatusNotifierWatcher">
 <method name="RegisterStatusNotifierItem"><arg type="s" direction="in"/></method>
 <property name="IsStatusNotifierHostRegistered" type="b" access="read"/></interface></node>)";
 constexpr auto menuInterface = "com.canonical.dbusmenu";
@@ -37,7 +37,7 @@ TrayHost::TrayHost(const std::string& address)
     : client_(address),
       context_(g_main_context_new()),
       loop_(g_main_loop_new(context_, FALSE)),
-      description_(g_dbus_node_info_new_for_xml(description, nullptr)) {
+      description_(g_dbus_node_info_new_for_xml(watcherInterface, nullptr)) {
   g_main_context_push_thread_default(context_);
   const GDBusInterfaceVTable table{onCall, onGet, nullptr, {}};
   g_dbus_connection_register_object(client_.connection(), "/StatusNotifierWatcher",
