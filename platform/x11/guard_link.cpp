@@ -102,6 +102,13 @@ void GuardLink::stop() {
   process_ = -1;
 }
 
+bool GuardLink::isStopped() const {
+  if (process_ <= 0) return false;
+  siginfo_t info{};
+  ::waitid(P_PID, static_cast<id_t>(process_), &info, WSTOPPED | WNOHANG | WNOWAIT);
+  return info.si_pid == process_;
+}
+
 void GuardLink::send(const Order& order) {
   if (fd_ >= 0) sendPacket<Chord>(fd_, order, nullptr, nullptr);
 }

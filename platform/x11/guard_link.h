@@ -36,6 +36,9 @@ class GuardLink {
   std::optional<Report> receive();
   bool isGone() const { return isGone_; }
 
+  /// A signal has stopped the guard's process.
+  bool isStopped() const;
+
  private:
   bool spawn();
 

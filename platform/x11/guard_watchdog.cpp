@@ -10,7 +10,10 @@ using namespace std::chrono_literals;
 
 // A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
 constexpr auto interval = 300ms;
-constexpr int mostUnanswered = 3;
+
+// One that only waits for the processor gets more time: with it go the keys that wait behind a
+// decision. On two cores with six busy programs a second was not enough.
+constexpr int mostUnanswered = 10;
 
 // Typing pauses for less than three seconds; falling asleep costs the server a request.
 constexpr int mostQuiet = 10;
@@ -39,7 +42,8 @@ void GuardWatchdog::beat() {
   // An answer may wait unread when this process has been busy or stopped.
   environment_.readReports();
   if (!timer_) return;  // the guard is gone for good
-  if (unanswered_ >= mostUnanswered) {
+  const auto isStopped = unanswered_ > 0 && environment_.isStopped();
+  if (isStopped || unanswered_ >= mostUnanswered) {
     environment_.bite();
   } else if (++quiet_ > mostQuiet && unanswered_ == 0) {
     sleep();

@@ -15,7 +15,9 @@ class GuardWatchdog {
     RunLoop& runLoop;
     std::function<void()> readReports;  ///< hands on what the guard has said; calls `heard`
     std::function<void()> ping;
-    std::function<void()> bite;  ///< called for a guard that has not answered for 0.9 s
+    std::function<bool()> isStopped;  ///< a signal has stopped the guard
+    /// Called for a guard that is stopped, or has not answered for three seconds.
+    std::function<void()> bite;
     /// Calls once at the next key in the session, whoever gets it.
     std::function<void(std::function<void()>)> atNextKey;
   };

@@ -47,6 +47,7 @@ X11EventTaps::X11EventTaps(Environment environment)
       watchdog_({.runLoop = environment_.runLoop,
                  .readReports = [this] { readReports(); },
                  .ping = [this] { environment_.guard.send({.kind = OrderKind::ping}); },
+                 .isStopped = [this] { return environment_.guard.isStopped(); },
                  .bite = [this] { replaceSilentGuard(); },
                  .atNextKey = environment_.atNextKey}),
       self_(std::make_shared<X11EventTaps*>(this)) {
