@@ -41,7 +41,7 @@ PrivateBus::PrivateBus() {
       std::vector<std::string>{"dbus-daemon", "--nofork",
                                "--config-file=" + (home_ / "bus.conf").string()},
       ChildProcess::Options{.environment = environment_});
-  if (!waitFor([this] { return std::filesystem::exists(home_ / "bus"); })) {
+  if (!waitFor([this] { return isServed(home_ / "bus"); })) {
     throw std::runtime_error("dbus-daemon does not start");
   }
 }

@@ -4,8 +4,11 @@
 #include <X11/keysym.h>
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <fstream>
@@ -45,6 +48,17 @@ bool hasWindowManager(const Environment& environment) {
 }
 
 }  // namespace
+
+bool isServed(const std::filesystem::path& socket) {
+  sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+  const auto path = socket.string();
+  if (path.size() >= sizeof address.sun_path) throw std::runtime_error("path too long: " + path);
+  std::ranges::copy(path, address.sun_path);
+  const auto fd = ::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+  const auto result = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+  ::close(fd);
+  return result == 0;
+}
 
 bool waitFor(const std::function<bool()>& condition, std::chrono::milliseconds timeout) {
   const auto deadline = std::chrono::steady_clock::now() + timeout;
@@ -117,7 +131,7 @@ void XSession::startBus() {
   const auto address = "unix:path=" + (home_ / "bus").string();
   environment_["DBUS_SESSION_BUS_ADDRESS"] = address;
   bus_ = start({"dbus-daemon", "--session", "--nofork", "--address=" + address});
-  if (!waitFor([this] { return std::filesystem::exists(home_ / "bus"); })) {
+  if (!waitFor([this] { return isServed(home_ / "bus"); })) {
     throw std::runtime_error("dbus-daemon does not start");
   }
 }

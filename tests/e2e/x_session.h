@@ -15,6 +15,9 @@ namespace kivra::e2e {
 bool waitFor(const std::function<bool()>& condition,
              std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
+/// Something accepts connections at the Unix socket of this path.
+bool isServed(const std::filesystem::path& socket);
+
 /// A login session of its own: X server, window manager, session bus with accessibility switched
 /// on, empty home. Throws std::runtime_error where one of these cannot be had.
 class XSession {
