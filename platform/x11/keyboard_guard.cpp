@@ -114,7 +114,7 @@ void KeyboardGuard::takeEvent(XEvent& event) {
     XRefreshKeyboardMapping(&event.xmapping);
     mapChanged_ = true;
   } else if (event.type == PropertyNotify && event.xproperty.atom == activeWindow_) {
-    // Letters typed in one window must not be erased in another.
+    // Where one window has the focus for all that is on the screen, only this tells them apart.
     report({.kind = ReportKind::wordBroken});
     focusChanged_ = true;
   } else if (event.type == FocusIn || event.type == FocusOut) {
@@ -143,6 +143,7 @@ void KeyboardGuard::readMap() {
 void KeyboardGuard::followFocus() {
   auto* const display = display_.get();
   const auto root = DefaultRootWindow(display);
+  const auto before = grabs_.focus();
   // The focus may move on before its next move is sure to be told.
   for (auto window = focusWindow(display); window != grabs_.focus();
        window = focusWindow(display)) {
@@ -150,6 +151,9 @@ void KeyboardGuard::followFocus() {
     if (window != root) XSelectInput(display, window, FocusChangeMask);
     grabs_.setFocus(window);
   }
+  // Letters typed in one window must not be erased in another. Told before any key of the new one
+  // is grabbed; the window manager tells of the active window only later.
+  if (grabs_.focus() != before) report({.kind = ReportKind::wordBroken});
   applyChords();
 }
 

@@ -98,11 +98,17 @@ TEST(Traps, ClickEndsTheWord) {
   EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
 }
 
-TEST(Traps, OtherWindowIsNotErasedIn) {
-  KivraSession desktop;
+/// With and without a window manager, which tells of the active window after it has the focus.
+class FocusTrap : public testing::TestWithParam<bool> {};
+
+INSTANTIATE_TEST_SUITE_P(WindowManager, FocusTrap, testing::Values(false, true));
+
+TEST_P(FocusTrap, OtherWindowIsNotErasedIn) {
+  KivraSession desktop({.windowManager = GetParam()});
   desktop.typist.type("ghbdtn");
   desktop.window.textAfter("ghbdtn");
   TestWindow other(desktop.session.display());
+  ASSERT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); })) << "follows the focus";
   desktop.typist.type(" ");
   EXPECT_EQ(other.textAfter(" "), " ");
   EXPECT_FALSE(hasPress(other, keys::backspace));
