@@ -49,7 +49,7 @@ void ModelServer::serve() {
       return std::optional(qt::httpAnswer(404, ""));
     }
     ++requestCount_;
-    std::this_thread::sleep_for(delay_.load());
+    while (isHolding_ && !isEnding_) std::this_thread::sleep_for(std::chrono::milliseconds(5));
     return std::optional(answerTo(request.body));
   });
   port_ = server.port();

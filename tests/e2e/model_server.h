@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -23,15 +22,15 @@ class ModelServer {
   /// Texts asked for so far.
   int requestCount() const { return requestCount_; }
 
-  /// How long each text takes.
-  void setDelay(std::chrono::milliseconds delay) { delay_ = delay; }
+  /// Whether answers to texts are held back.
+  void setHolding(bool isHolding) { isHolding_ = isHolding; }
 
  private:
   void serve();
 
   std::atomic<std::uint16_t> port_ = 0;
   std::atomic<int> requestCount_ = 0;
-  std::atomic<std::chrono::milliseconds> delay_{};
+  std::atomic<bool> isHolding_ = false;
   std::atomic<bool> isEnding_ = false;
   std::unique_ptr<QThread> thread_;
 };

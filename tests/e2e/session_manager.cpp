@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <span>
 #include <stdexcept>
+#include <utility>
 
 namespace kivra::e2e {
 
@@ -43,10 +44,7 @@ SessionManager::SessionManager() {
 }
 
 SessionManager::~SessionManager() {
-  for (auto* const connection : connections_) {
-    IceSetShutdownNegotiation(connection, False);
-    IceCloseConnection(connection);
-  }
+  for (auto* const connection : connections_) close(connection);
   IceFreeListenObjs(listenerCount_, listeners_);
 }
 
@@ -64,7 +62,9 @@ Status SessionManager::acceptProgram(SmsConn program, SmPointer manager, unsigne
       callbacks->register_client,
       [](SmsConn joining, SmPointer pointer, char* previous) -> Status {
         std::free(previous);
-        SmsRegisterClientReply(joining, SmsGenerateClientID(joining));
+        auto* const name = SmsGenerateClientID(joining);
+        SmsRegisterClientReply(joining, name);
+        std::free(name);
         self(pointer).hasJoined_ = true;
         return 1;
       },
@@ -105,7 +105,12 @@ Status SessionManager::acceptProgram(SmsConn program, SmPointer manager, unsigne
       },
       manager);
   set(
-      callbacks->delete_properties, [](SmsConn, SmPointer, int, char**) {}, manager);
+      callbacks->delete_properties,
+      [](SmsConn, SmPointer, int count, char** names) {
+        for (int i = 0; i < count; ++i) std::free(names[i]);
+        std::free(names);
+      },
+      manager);
   set(
       callbacks->get_properties,
       [](SmsConn asking, SmPointer) { SmsReturnProperties(asking, 0, nullptr); }, manager);
@@ -143,8 +148,7 @@ void SessionManager::serve(std::chrono::milliseconds timeout) {
   for (std::size_t i = 0; i < connections_.size(); ++i) {
     if (isReadable(listeners.size() + i) &&
         IceProcessMessages(connections_[i], nullptr, nullptr) != IceProcessMessagesSuccess) {
-      IceSetShutdownNegotiation(connections_[i], False);
-      IceCloseConnection(connections_[i]);
+      close(connections_[i]);
       hasLeft_ = true;
     } else {
       open.push_back(connections_[i]);
@@ -154,6 +158,14 @@ void SessionManager::serve(std::chrono::milliseconds timeout) {
   for (std::size_t i = 0; i < listeners.size(); ++i) {
     if (isReadable(i)) accept(listeners[i]);
   }
+}
+
+void SessionManager::close(IceConn connection) {
+  if (program_ != nullptr && SmsGetIceConnection(program_) == connection) {
+    SmsCleanUp(std::exchange(program_, nullptr));
+  }
+  IceSetShutdownNegotiation(connection, False);
+  IceCloseConnection(connection);
 }
 
 void SessionManager::accept(IceListenObj listener) {

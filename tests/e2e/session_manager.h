@@ -38,6 +38,7 @@ class SessionManager {
   bool serveUntil(const bool& done);
   void serve(std::chrono::milliseconds timeout);
   void accept(IceListenObj listener);
+  void close(IceConn connection);
 
   int listenerCount_ = 0;
   IceListenObj* listeners_ = nullptr;

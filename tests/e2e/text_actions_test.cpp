@@ -116,15 +116,17 @@ TEST_F(TextActions, Chromium) {
 TEST_F(TextActions, LeaveTheKeyboardAloneDuringASlowReply) {
   desktop.openGtkEditor();
   typist.type("hello world");
-  server.setDelay(2s);
+  server.setHolding(true);
   copyImage();
   desktop.press("ctrl+a");
   desktop.press(translateHotkey);
   ASSERT_TRUE(waitFor([&] { return server.requestCount() == 1; }));
   desktop.press("End");
   typist.type(" ghbdtn ");
+  ASSERT_TRUE(waitFor([&] { return typist.group() == 1; })) << "the word is corrected meanwhile";
+  server.setHolding(false);
   // To read the field sooner would select what the reply then replaces.
-  std::this_thread::sleep_for(3s);
+  std::this_thread::sleep_for(2s);
   expectText("hello world привет T(hello world)");
   EXPECT_EQ(desktop.session.kivraLog().find("hello"), std::string::npos) << "typed text is logged";
 }

@@ -57,7 +57,7 @@ TEST(WholeProgram, ItemComesWithALateTrayAndItsMenuEndsTheProgram) {
                               "Выключить Kivra", "", "Перехват клавиатуры: работает ✓",
                               "Разрешения выданы ✓", "", "Настройки…", "", "Завершить Kivra"}));
   host.choose("Завершить Kivra");
-  EXPECT_EQ(session.kivra().wait(5s), 0);
+  EXPECT_EQ(session.kivra().wait(5s), 0) << session.kivraLog();
 }
 
 TEST(WholeProgram, ItemComesWithALateTrayOfTheOldKind) {

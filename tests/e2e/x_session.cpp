@@ -84,6 +84,7 @@ XSession::XSession(const Options& options) {
                   {"XDG_CACHE_HOME", KIVRA_E2E_CACHE},
                   {"QT_QPA_PLATFORM", "xcb"},
                   {"GTK_MODULES", "gail:atk-bridge"}};
+  if (const auto* leaks = std::getenv("LSAN_OPTIONS")) environment_["LSAN_OPTIONS"] = leaks;
   startBus();
   if (options.accessibility) switchAccessibilityOn();
   run({"setxkbmap", "-layout", options.layouts, "-variant", options.variants, "-option",
