@@ -27,6 +27,9 @@ constexpr int watchTimeout = 2000;  // ms; only the watching thread waits
 constexpr auto firstAnswer = std::chrono::milliseconds(500);
 constexpr guint retryInterval = 1;  // s
 
+// The keyboard may be frozen meanwhile. An application on a busy machine answers in a few ms.
+constexpr auto selectionWait = std::chrono::milliseconds(50);
+
 template <class T, void (*release)(T*)>
 struct Release {
   void operator()(T* object) const { release(object); }
@@ -66,12 +69,14 @@ class AccessibilityBus::Watcher {
     return focused_;
   }
 
-  std::future<std::optional<std::string>> text(const AccessibleObject& object,
-                                               AccessibleTextPart part,
-                                               AccessibleText::Moment deadline);
+  /// What `read` answers on the thread; its default without a bus.
+  template <class Read>
+  auto ask(const AccessibleObject& object, AccessibleText::Moment deadline, Read read)
+      -> std::future<decltype(read(std::declval<AccessibleText&>()))>;
 
   std::atomic<bool> isEnabled = false;
   std::atomic<bool> isPasswordFocused = false;
+  std::atomic<bool> mayHaveSelection = false;  // in the focused object
 
  private:
   void run();
@@ -84,6 +89,7 @@ class AccessibilityBus::Watcher {
   void stopRetrying();
   void setEnabled(bool enabled);
   void switchOn();
+  void selectionChanged(const char* sender, const char* path);
   void focusChanged(const char* sender, const char* path, bool focused);
   void close(GDBusConnection*& bus);
 
@@ -100,6 +106,13 @@ class AccessibilityBus::Watcher {
     }
     static_cast<Watcher*>(self)->focusChanged(sender, path, focused != 0);
   }
+
+  static void onSelection(GDBusConnection*, const char* sender, const char* path, const char*,
+                          const char*, GVariant*, gpointer self) {
+    static_cast<Watcher*>(self)->selectionChanged(sender, path);
+  }
+  void listen(const char* signal, const char* detail, GDBusSignalCallback callback,
+              const char* event);
 
   GMainContext* context_;
   GMainLoop* loop_;
@@ -209,10 +222,16 @@ void AccessibilityBus::Watcher::connectAccessibilityBus() {
                                         G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
       nullptr, cancellable_, nullptr);
   if (accessibility_ == nullptr) return;
-  g_dbus_connection_signal_subscribe(accessibility_, nullptr, objectEvents, "StateChanged", nullptr,
-                                     "focused", G_DBUS_SIGNAL_FLAGS_NONE, onFocus, this, nullptr);
+  listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
+  listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
+}
+
+void AccessibilityBus::Watcher::listen(const char* signal, const char* detail,
+                                       GDBusSignalCallback callback, const char* event) {
+  g_dbus_connection_signal_subscribe(accessibility_, nullptr, objectEvents, signal, nullptr, detail,
+                                     G_DBUS_SIGNAL_FLAGS_NONE, callback, this, nullptr);
   call(accessibility_, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent",
-       g_variant_new("(s)", "object:state-changed:focused"));
+       g_variant_new("(s)", event));
 }
 
 VariantPointer AccessibilityBus::Watcher::call(GDBusConnection* bus, const char* name,
@@ -237,6 +256,7 @@ void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* pat
     if (!focused && object != focused_) return;
     focused_ = focused ? std::optional(object) : std::nullopt;
   }
+  mayHaveSelection = false;
   if (!focused) {
     isPasswordFocused = false;
     return;
@@ -248,14 +268,22 @@ void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* pat
   isPasswordFocused = role == passwordRole;
 }
 
-std::future<std::optional<std::string>> AccessibilityBus::Watcher::text(
-    const AccessibleObject& object, AccessibleTextPart part, AccessibleText::Moment deadline) {
-  using Task = std::packaged_task<std::optional<std::string>()>;
-  auto task =
-      std::make_unique<Task>([this, object, part, deadline]() -> std::optional<std::string> {
-        if (accessibility_ == nullptr) return std::nullopt;
-        return AccessibleText(accessibility_, object, deadline).read(part);
-      });
+void AccessibilityBus::Watcher::selectionChanged(const char* sender, const char* path) {
+  const std::lock_guard lock(mutex_);
+  if (AccessibleObject{sender, path} == focused_) mayHaveSelection = true;
+}
+
+template <class Read>
+auto AccessibilityBus::Watcher::ask(const AccessibleObject& object, AccessibleText::Moment deadline,
+                                    Read read)
+    -> std::future<decltype(read(std::declval<AccessibleText&>()))> {
+  using Answer = decltype(read(std::declval<AccessibleText&>()));
+  using Task = std::packaged_task<Answer()>;
+  auto task = std::make_unique<Task>([this, object, deadline, read]() -> Answer {
+    if (accessibility_ == nullptr) return {};
+    AccessibleText text(accessibility_, object, deadline);
+    return read(text);
+  });
   auto answer = task->get_future();
   g_main_context_invoke_full(
       context_, G_PRIORITY_DEFAULT,
@@ -281,7 +309,19 @@ std::optional<AccessibleObject> AccessibilityBus::focusedObject() const {
 std::future<std::optional<std::string>> AccessibilityBus::text(
     const AccessibleObject& object, AccessibleTextPart part,
     std::chrono::steady_clock::time_point deadline) {
-  return watcher_->text(object, part, deadline);
+  return watcher_->ask(object, deadline, [part](AccessibleText& text) { return text.read(part); });
+}
+
+bool AccessibilityBus::hasSelectionBehind(std::size_t characters) {
+  if (!watcher_->mayHaveSelection.exchange(false)) return false;
+  const auto object = watcher_->focusedObject();
+  if (!object) return false;
+  const auto deadline = std::chrono::steady_clock::now() + selectionWait;
+  auto answer =
+      watcher_->ask(*object, deadline, [](AccessibleText& text) { return text.selectionStart(); });
+  if (answer.wait_until(deadline) != std::future_status::ready) return false;
+  const auto start = answer.get();
+  return start && static_cast<std::size_t>(*start) >= characters;
 }
 
 }  // namespace kivra

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <chrono>
+#include <cstddef>
 #include <future>
 #include <memory>
 #include <optional>
@@ -32,6 +33,11 @@ class AccessibilityBus {
   /// The field that took the focus last is a password field. False where the application tells the
   /// bus nothing.
   bool isPasswordFocused() const;
+
+  /// In the focused field a selection stands behind at least so many characters. Asks the
+  /// application, for at most 50 ms, and only when it has told of a selection in that field; false
+  /// where it tells nothing.
+  bool hasSelectionBehind(std::size_t characters);
 
   /// The object that took the focus last and has not told that it lost it.
   std::optional<AccessibleObject> focusedObject() const;

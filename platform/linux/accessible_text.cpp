@@ -68,18 +68,30 @@ std::optional<std::uint64_t> AccessibleText::states() {
   return bits;
 }
 
-std::optional<std::string> AccessibleText::selection() {
+std::optional<std::int32_t> AccessibleText::selectionStart() {
+  const auto itsStates = states();
+  if (!itsStates || (*itsStates & focused) == 0) return std::nullopt;
+  const auto range = selectedRange();
+  return range && range->start < range->end ? std::optional(range->start) : std::nullopt;
+}
+
+std::optional<AccessibleText::Range> AccessibleText::selectedRange() {
   const auto count = call(textInterface, "GetNSelections", nullptr, "(i)");
   if (!count) return std::nullopt;
   std::int32_t number = 0;
   g_variant_get(count.get(), "(i)", &number);
-  if (number <= 0) return "";
-  const auto range = call(textInterface, "GetSelection", g_variant_new("(i)", 0), "(ii)");
+  if (number <= 0) return Range{};
+  const auto reply = call(textInterface, "GetSelection", g_variant_new("(i)", 0), "(ii)");
+  if (!reply) return std::nullopt;
+  Range range;
+  g_variant_get(reply.get(), "(ii)", &range.start, &range.end);
+  return range;
+}
+
+std::optional<std::string> AccessibleText::selection() {
+  const auto range = selectedRange();
   if (!range) return std::nullopt;
-  std::int32_t start = 0;
-  std::int32_t end = 0;
-  g_variant_get(range.get(), "(ii)", &start, &end);
-  return start == end ? "" : textBetween(start, end);
+  return range->start == range->end ? "" : textBetween(range->start, range->end);
 }
 
 std::optional<std::string> AccessibleText::textBetween(std::int32_t start, std::int32_t end) {

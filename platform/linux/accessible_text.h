@@ -26,11 +26,20 @@ class AccessibleText {
   /// "select all" selects elsewhere is more than one object's text.
   std::optional<std::string> read(AccessibleTextPart part);
 
+  /// Where the selection of the focused object begins, in characters; nothing without one.
+  std::optional<std::int32_t> selectionStart();
+
  private:
+  struct Range {
+    std::int32_t start = 0;
+    std::int32_t end = 0;
+  };
+
   VariantPointer call(const char* interface, const char* method, GVariant* arguments,
                       const char* replyType);
   std::optional<std::uint32_t> role();
   std::optional<std::uint64_t> states();
+  std::optional<Range> selectedRange();
   std::optional<std::string> selection();
   std::optional<std::string> textBetween(std::int32_t start, std::int32_t end);
 

@@ -14,6 +14,7 @@ X11Desktop::X11Desktop(Environment environment)
                  .log = environment_.log,
                  .watchFd = environment_.watchFd,
                  .groupSelected = environment_.groupSelected,
+                 .hasSelectionBehind = environment_.hasSelectionBehind,
                  .atNextKey = [this](auto called) { connection_.atNextKey(std::move(called)); }}),
       inputSources(connection_, posted_, group_, environment_.log),
       workspace(connection_, environment_.isPasswordFocused, environment_.open) {

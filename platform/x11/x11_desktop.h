@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -28,6 +29,8 @@ class X11Desktop {
     WatchFd watchFd;
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
+    /// A selection stands in the focused field behind at least so many characters.
+    std::function<bool(std::size_t characters)> hasSelectionBehind;
     std::function<void(std::string_view)> open;  ///< opens an address
     /// Called with each XKB group that is selected, while the guard locks it.
     std::function<void(std::uint32_t group)> groupSelected;

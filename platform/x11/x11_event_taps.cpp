@@ -1,7 +1,11 @@
 #include "platform/x11/x11_event_taps.h"
 
+#include <algorithm>
+#include <array>
 #include <string>
 #include <utility>
+
+#include "platform/events.h"
 
 namespace kivra::x11 {
 
@@ -128,9 +132,9 @@ void X11EventTaps::take(const Report& report) {
     hand({.kind = OrderKind::verdict,
           .drop = verdict == EventVerdict::drop,
           .number = report.number},
-         keys);
+         std::move(keys));
   } else if (!keys.empty()) {
-    hand({.kind = OrderKind::post, .number = report.number}, keys);
+    hand({.kind = OrderKind::post, .number = report.number}, std::move(keys));
   }
 }
 
@@ -155,11 +159,26 @@ EventVerdict X11EventTaps::call(const Report& report) {
 }
 
 void X11EventTaps::flushPosted() {
-  const auto keys = environment_.posted.take();
-  if (!keys.empty()) hand({.kind = OrderKind::post}, keys);
+  auto keys = environment_.posted.take();
+  if (!keys.empty()) hand({.kind = OrderKind::post}, std::move(keys));
 }
 
-void X11EventTaps::hand(const Order& order, const std::vector<PostedKey>& keys) {
+void X11EventTaps::deleteCompletion(std::vector<PostedKey>& keys) const {
+  const auto isDelete = [](const PostedKey& key) {
+    return key.kind == PostedKey::Kind::key && key.keyCode == key_codes::deleteKey;
+  };
+  const auto end = std::ranges::find_if_not(keys, isDelete);
+  const auto presses = std::count_if(keys.begin(), end, [](const auto& key) { return key.down; });
+  if (presses == 0 || !environment_.hasSelectionBehind(static_cast<std::size_t>(presses))) return;
+  std::array tap = {keys[0], keys[0]};
+  tap[1].down = false;
+  keys.insert(keys.begin(), tap.begin(), tap.end());
+}
+
+void X11EventTaps::hand(const Order& order, std::vector<PostedKey> keys) {
+  // A selection can only be what the application has completed the word with: to select anything
+  // oneself ends the word. It would take the first Delete for itself.
+  deleteCompletion(keys);
   environment_.guard.send(order, keys);
   for (const auto& key : keys) {
     if (key.kind == PostedKey::Kind::selectGroup) environment_.groupSelected(key.value);

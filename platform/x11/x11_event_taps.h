@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -28,6 +29,8 @@ class X11EventTaps : public EventTaps {
     Log& log;
     WatchFd watchFd;
     std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
+    /// A selection stands in the focused field behind at least so many characters.
+    std::function<bool(std::size_t characters)> hasSelectionBehind;
     /// Calls once at the next key in the session, whoever gets it.
     std::function<void(std::function<void()>)> atNextKey;
   };
@@ -52,7 +55,8 @@ class X11EventTaps : public EventTaps {
   void take(const Report& report);
   EventVerdict call(const Report& report);
   void flushPosted();
-  void hand(const Order& order, const std::vector<PostedKey>& keys);
+  void hand(const Order& order, std::vector<PostedKey> keys);
+  void deleteCompletion(std::vector<PostedKey>& keys) const;
   void replaceGuard();
   void replaceSilentGuard();
   void configureGuard();

@@ -1,4 +1,5 @@
-// A Qt form of two fields, a password and a name with a list of completions. Return prints both.
+// A Qt form of two fields, a password and a name with completions: in a list, or with the argument
+// "inline" behind what is typed. Return prints both.
 
 #include <QApplication>
 #include <QCompleter>
@@ -15,7 +16,9 @@ int main(int argc, char** argv) {
   password.setEchoMode(QLineEdit::Password);
   column.addWidget(&password);
   QLineEdit name;
-  QCompleter completions(QStringList{"hello kitty", "hello there", "привет мир", "привет всем"});
+  QCompleter completions(
+      QStringList{"ghbdtn!", "hello kitty", "hello there", "привет мир", "привет всем"});
+  if (argc > 1) completions.setCompletionMode(QCompleter::InlineCompletion);
   name.setCompleter(&completions);
   column.addWidget(&name);
   const auto print = [&] {

@@ -18,6 +18,7 @@ inline constexpr std::uint8_t backspace = 22;
 inline constexpr std::uint8_t tab = 23;
 inline constexpr std::uint8_t enter = 36;
 inline constexpr std::uint8_t control = 37;
+inline constexpr std::uint8_t a = 38;
 inline constexpr std::uint8_t shift = 50;
 inline constexpr std::uint8_t alt = 64;
 inline constexpr std::uint8_t space = 65;

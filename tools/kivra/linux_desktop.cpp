@@ -28,6 +28,10 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                 },
             .guardProgram = std::move(guardProgram),
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .hasSelectionBehind =
+                [this](std::size_t characters) {
+                  return accessibility_.hasSelectionBehind(characters);
+                },
             .open = [this](std::string_view address) { opener_.open(address); },
             .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
             .connectionLost =

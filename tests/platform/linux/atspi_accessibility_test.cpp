@@ -85,6 +85,19 @@ TEST_F(AtspiAccessibilityTest, ReadsTheTextAndTheSelectionOfAnEditor) {
   EXPECT_EQ(read("AXTitle"), std::nullopt);
 }
 
+TEST_F(AtspiAccessibilityTest, KnowsOfASelectionBehindAWord) {
+  const auto editor = open({"mousepad", document("hello world")});
+  const auto hasSelectionBehind = [&](std::size_t characters) {
+    return qt::turnUntil([&] { return bus_->hasSelectionBehind(characters); }, 1s);
+  };
+  press({"ctrl+End", "ctrl+shift+Left"});
+  EXPECT_TRUE(hasSelectionBehind(6));
+  press({"shift+Left"});
+  EXPECT_FALSE(hasSelectionBehind(6)) << "it is the word itself that is selected";
+  press({"shift+Left", "End"});
+  EXPECT_FALSE(hasSelectionBehind(0));
+}
+
 TEST_F(AtspiAccessibilityTest, ReadsAMegabyte) {
   std::string text;
   while (text.size() < (1U << 20U)) text += "длинная строка длинного текста\n";
