@@ -5,9 +5,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
+#include <set>
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/linux/accessible_text.h"
 #include "platform/linux/variant_pointer.h"
@@ -22,6 +24,8 @@ constexpr auto statusInterface = "org.a11y.Status";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr auto registryName = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
+constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
+constexpr auto rootPath = "/org/a11y/atspi/accessible/root";
 
 constexpr int watchTimeout = 2000;  // ms; only the watching thread waits
 constexpr auto firstAnswer = std::chrono::milliseconds(500);
@@ -64,6 +68,12 @@ class AccessibilityBus::Watcher {
         context_, [](gpointer self) { return static_cast<Watcher*>(self)->switchOn(), 0; }, this);
   }
 
+  void meetApplications() {
+    g_main_context_invoke(
+        context_,
+        [](gpointer self) { return static_cast<Watcher*>(self)->askForApplications(), 0; }, this);
+  }
+
   std::optional<AccessibleObject> focusedObject() {
     const std::lock_guard lock(mutex_);
     return focused_;
@@ -91,6 +101,19 @@ class AccessibilityBus::Watcher {
   void switchOn();
   void selectionChanged(const char* sender, const char* path);
   void focusChanged(const char* sender, const char* path, bool focused);
+
+  using Objects = std::vector<AccessibleObject>;
+  void askForApplications();
+  void askForWindows(const Objects& applications);
+  void askAbout(const Objects& windows);
+  using Take = void (Watcher::*)(const Objects&);
+  struct Request {
+    Watcher& watcher;
+    Take take;
+  };
+  void send(const AccessibleObject& object, const char* method, Take take);
+  static void onObjects(GObject* bus, GAsyncResult* result, gpointer request);
+
   void close(GDBusConnection*& bus);
 
   static void onStatusChange(GDBusConnection*, const char*, const char*, const char*, const char*,
@@ -107,6 +130,10 @@ class AccessibilityBus::Watcher {
     static_cast<Watcher*>(self)->focusChanged(sender, path, focused != 0);
   }
 
+  static void onRegistryChange(GDBusConnection*, const char*, const char*, const char*, const char*,
+                               GVariant*, gpointer self) {
+    static_cast<Watcher*>(self)->askForApplications();
+  }
   static void onSelection(GDBusConnection*, const char* sender, const char* path, const char*,
                           const char*, GVariant*, gpointer self) {
     static_cast<Watcher*>(self)->selectionChanged(sender, path);
@@ -120,6 +147,8 @@ class AccessibilityBus::Watcher {
   GSource* retry_ = nullptr;
   GDBusConnection* session_ = nullptr;
   GDBusConnection* accessibility_ = nullptr;
+  std::set<std::string> met_;  // applications, by their names on the bus
+  int pending_ = 0;            // requests without an answer
   std::mutex mutex_;
   std::optional<AccessibleObject> focused_;
   std::condition_variable answered_;
@@ -132,6 +161,7 @@ void AccessibilityBus::Watcher::run() {
   check();
   g_main_loop_run(loop_);
   stopRetrying();
+  while (pending_ > 0) g_main_context_iteration(context_, TRUE);
   close(accessibility_);
   close(session_);
   g_main_context_pop_thread_default(context_);
@@ -224,6 +254,11 @@ void AccessibilityBus::Watcher::connectAccessibilityBus() {
   if (accessibility_ == nullptr) return;
   listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
   listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
+  g_dbus_connection_signal_subscribe(accessibility_, registryName, objectEvents, "ChildrenChanged",
+                                     rootPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onRegistryChange,
+                                     this, nullptr);
+  met_.clear();
+  askForApplications();
 }
 
 void AccessibilityBus::Watcher::listen(const char* signal, const char* detail,
@@ -261,11 +296,57 @@ void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* pat
     isPasswordFocused = false;
     return;
   }
-  const auto reply =
-      call(accessibility_, sender, path, "org.a11y.atspi.Accessible", "GetRole", nullptr);
+  const auto reply = call(accessibility_, sender, path, accessibleInterface, "GetRole", nullptr);
   guint32 role = 0;
   if (reply) g_variant_get(reply.get(), "(u)", &role);
   isPasswordFocused = role == passwordRole;
+}
+
+void AccessibilityBus::Watcher::askForApplications() {
+  send({registryName, rootPath}, "GetChildren", &Watcher::askForWindows);
+}
+
+void AccessibilityBus::Watcher::askForWindows(const Objects& applications) {
+  for (const auto& application : applications) {
+    if (!met_.contains(application.busName)) send(application, "GetChildren", &Watcher::askAbout);
+  }
+}
+
+void AccessibilityBus::Watcher::askAbout(const Objects& windows) {
+  for (const auto& window : windows) {
+    met_.insert(window.busName);
+    send(window, "GetRelationSet", nullptr);
+  }
+}
+
+/// Waits for nothing: an application that does not answer must not hold up those that do.
+void AccessibilityBus::Watcher::send(const AccessibleObject& object, const char* method,
+                                     Take take) {
+  if (accessibility_ == nullptr) return;
+  ++pending_;
+  g_dbus_connection_call(accessibility_, object.busName.c_str(), object.path.c_str(),
+                         accessibleInterface, method, nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE,
+                         watchTimeout, cancellable_, onObjects, new Request{*this, take});
+}
+
+void AccessibilityBus::Watcher::onObjects(GObject* bus, GAsyncResult* result, gpointer request) {
+  const std::unique_ptr<Request> sent(static_cast<Request*>(request));
+  --sent->watcher.pending_;
+  const VariantPointer reply(
+      g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
+  if (!reply || sent->take == nullptr ||
+      g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(a(so))")) == 0) {
+    return;
+  }
+  Objects objects;
+  const VariantPointer list(g_variant_get_child_value(reply.get(), 0));
+  for (gsize i = 0; i < g_variant_n_children(list.get()); ++i) {
+    const char* name = nullptr;
+    const char* path = nullptr;
+    g_variant_get_child(list.get(), i, "(&s&o)", &name, &path);
+    objects.push_back({name, path});
+  }
+  (sent->watcher.*sent->take)(objects);
 }
 
 void AccessibilityBus::Watcher::selectionChanged(const char* sender, const char* path) {
@@ -299,6 +380,7 @@ AccessibilityBus::AccessibilityBus() : watcher_(std::make_unique<Watcher>()) {}
 AccessibilityBus::~AccessibilityBus() = default;
 
 bool AccessibilityBus::isEnabled() const { return watcher_->isEnabled; }
+void AccessibilityBus::meetApplications() { watcher_->meetApplications(); }
 void AccessibilityBus::requestEnabled() { watcher_->requestEnabled(); }
 bool AccessibilityBus::isPasswordFocused() const { return watcher_->isPasswordFocused; }
 

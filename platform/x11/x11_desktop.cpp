@@ -17,7 +17,9 @@ X11Desktop::X11Desktop(Environment environment)
                  .hasSelectionBehind = environment_.hasSelectionBehind,
                  .atNextKey = [this](auto called) { connection_.atNextKey(std::move(called)); }}),
       inputSources(connection_, posted_, group_, environment_.log),
-      workspace(connection_, environment_.isPasswordFocused, environment_.open) {
+      workspace(connection_, {.isPasswordFocused = environment_.isPasswordFocused,
+                              .activeWindowChanged = environment_.activeWindowChanged,
+                              .open = environment_.open}) {
   connection_.onMapChange([this] { inputSources.invalidate(); });
 }
 

@@ -29,6 +29,7 @@ class X11Desktop {
     WatchFd watchFd;
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
+    std::function<void()> activeWindowChanged;
     /// A selection stands in the focused field behind at least so many characters.
     std::function<bool(std::size_t characters)> hasSelectionBehind;
     std::function<void(std::string_view)> open;  ///< opens an address

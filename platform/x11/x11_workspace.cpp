@@ -34,16 +34,14 @@ std::string windowClass(const std::string& names) {
 
 }  // namespace
 
-X11Workspace::X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused,
-                           std::function<void(std::string_view)> open)
-    : connection_(connection),
-      isPasswordFocused_(std::move(isPasswordFocused)),
-      open_(std::move(open)) {
+X11Workspace::X11Workspace(X11Connection& connection, Environment environment)
+    : connection_(connection), environment_(std::move(environment)) {
   connection_.onPropertyChange([this](xcb_atom_t property) {
     const auto is = [&](const char* name) { return property == connection_.atom(name); };
     if (is(activeWindow) || is(className) || std::ranges::any_of(desktopFileNames, is)) {
       isKnown_ = false;
     }
+    if (is(activeWindow)) environment_.activeWindowChanged();
   });
 }
 

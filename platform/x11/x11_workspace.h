@@ -14,25 +14,28 @@ namespace kivra::x11 {
 /// of others.
 class X11Workspace : public Workspace {
  public:
-  /// `isPasswordFocused` answers for the accessibility bus, `open` opens addresses.
-  X11Workspace(X11Connection& connection, std::function<bool()> isPasswordFocused,
-               std::function<void(std::string_view)> open);
+  struct Environment {
+    std::function<bool()> isPasswordFocused;  ///< the focused field is one
+    std::function<void()> activeWindowChanged;
+    std::function<void(std::string_view)> open;  ///< opens an address
+  };
+
+  X11Workspace(X11Connection& connection, Environment environment);
   ~X11Workspace() override;
 
   std::optional<std::string> frontmostBundleIdentifier() override;
 
   /// While another client holds the keyboard no key is decided of at all, so only the focused field
   /// remains to be asked about.
-  bool isSecureEventInputEnabled() override { return isPasswordFocused_(); }
-  void open(std::string_view url) override { open_(url); }
+  bool isSecureEventInputEnabled() override { return environment_.isPasswordFocused(); }
+  void open(std::string_view url) override { environment_.open(url); }
 
  private:
   std::optional<std::string> readIdentifier();
   std::string applicationName(xcb_window_t window);
 
   X11Connection& connection_;
-  std::function<bool()> isPasswordFocused_;
-  std::function<void(std::string_view)> open_;
+  Environment environment_;
   // Asked for at each word while the keyboard waits, and a dozen round trips to find out.
   std::optional<std::string> identifier_;
   bool isKnown_ = false;

@@ -47,7 +47,7 @@ TEST_F(Completions, OfAQtField) {
   EXPECT_TRUE(waitFor([&] { return printed() == "|привет мир \n"; }, 5s)) << printed();
 }
 
-/// Chromium tells of the fields of its pages only when asked to.
+/// Chromium tells of the fields of its pages once it has been asked about its windows.
 TEST_F(Completions, OfAPage) {
   desktop->openChromium(
       "<input id=n autofocus><script>document.title='ready';"
@@ -55,8 +55,7 @@ TEST_F(Completions, OfAPage) {
       "const whole=['ghbdtn.example','ghbdtn vbhjd','hello'].find(w=>w.startsWith(typed));"
       "if(event.inputType==='insertText'&&whole){"
       "n.value=whole;n.setSelectionRange(typed.length,whole.length)}"
-      "document.title='['+n.value+']'}</script>",
-      {"--force-renderer-accessibility"});
+      "document.title='['+n.value+']'}</script>");
   const auto becomes = [](const std::string& title) {
     return waitFor([&] { return desktop->windowName() == title + "\n"; }, 5s)
                ? testing::AssertionSuccess()

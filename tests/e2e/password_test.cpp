@@ -60,13 +60,12 @@ TEST_F(Passwords, QtForm) {
   EXPECT_EQ(printed("form"), std::string(typed) + "|" + mended + "\n");
 }
 
-/// Chromium tells of the fields of its pages only when asked to.
-TEST_F(Passwords, ChromiumWithAccessibility) {
+/// Chromium tells of the fields of its pages once it has been asked about its windows.
+TEST_F(Passwords, Chromium) {
   desktop->openChromium(
       "<input type=password id=p autofocus><input id=n>"
       "<script>document.title='ready';"
-      "oninput=()=>document.title=p.value+'|'+n.value</script>",
-      {"--force-renderer-accessibility"});
+      "oninput=()=>document.title=p.value+'|'+n.value</script>");
   typist.type(typed);
   typist.tap(keys::tab);
   typist.type(std::string(typed) + " ");

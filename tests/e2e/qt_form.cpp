@@ -16,9 +16,11 @@ int main(int argc, char** argv) {
   password.setEchoMode(QLineEdit::Password);
   column.addWidget(&password);
   QLineEdit name;
+  const auto isInline = argc > 1;
   QCompleter completions(
-      QStringList{"ghbdtn!", "hello kitty", "hello there", "привет мир", "привет всем"});
-  if (argc > 1) completions.setCompletionMode(QCompleter::InlineCompletion);
+      isInline ? QStringList{"ghbdtn!"}
+               : QStringList{"hello kitty", "hello there", "привет мир", "привет всем"});
+  if (isInline) completions.setCompletionMode(QCompleter::InlineCompletion);
   name.setCompleter(&completions);
   column.addWidget(&name);
   const auto print = [&] {

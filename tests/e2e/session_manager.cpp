@@ -26,6 +26,28 @@ void set(Callback& entry, decltype(entry.callback) function, SmPointer manager) 
   entry.manager_data = manager;
 }
 
+void ignoreProperties(SmsCallbacks* callbacks, SmPointer manager) {
+  set(
+      callbacks->set_properties,
+      [](SmsConn, SmPointer, int count, SmProp** properties) {
+        for (auto* const property : std::span(properties, static_cast<std::size_t>(count))) {
+          SmFreeProperty(property);
+        }
+        std::free(properties);
+      },
+      manager);
+  set(
+      callbacks->delete_properties,
+      [](SmsConn, SmPointer, int count, char** names) {
+        for (int i = 0; i < count; ++i) std::free(names[i]);
+        std::free(names);
+      },
+      manager);
+  set(
+      callbacks->get_properties,
+      [](SmsConn asking, SmPointer) { SmsReturnProperties(asking, 0, nullptr); }, manager);
+}
+
 }  // namespace
 
 SessionManager::SessionManager() {
@@ -95,25 +117,7 @@ Status SessionManager::acceptProgram(SmsConn program, SmPointer manager, unsigne
         self(pointer).hasLeft_ = true;
       },
       manager);
-  set(
-      callbacks->set_properties,
-      [](SmsConn, SmPointer, int count, SmProp** properties) {
-        for (auto* const property : std::span(properties, static_cast<std::size_t>(count))) {
-          SmFreeProperty(property);
-        }
-        std::free(properties);
-      },
-      manager);
-  set(
-      callbacks->delete_properties,
-      [](SmsConn, SmPointer, int count, char** names) {
-        for (int i = 0; i < count; ++i) std::free(names[i]);
-        std::free(names);
-      },
-      manager);
-  set(
-      callbacks->get_properties,
-      [](SmsConn asking, SmPointer) { SmsReturnProperties(asking, 0, nullptr); }, manager);
+  ignoreProperties(callbacks, manager);
   return 1;
 }
 

@@ -28,6 +28,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                 },
             .guardProgram = std::move(guardProgram),
             .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+            .activeWindowChanged = [this] { accessibility_.meetApplications(); },
             .hasSelectionBehind =
                 [this](std::size_t characters) {
                   return accessibility_.hasSelectionBehind(characters);
