@@ -24,7 +24,6 @@ constexpr auto statusInterface = "org.a11y.Status";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
 constexpr auto registryName = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
-constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr auto rootPath = "/org/a11y/atspi/accessible/root";
 
 constexpr int watchTimeout = 2000;  // ms; only the watching thread waits

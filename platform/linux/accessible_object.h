@@ -8,6 +8,9 @@ namespace kivra {
 /// ATSPI_ROLE_PASSWORD_TEXT: what is typed here is nobody's business.
 inline constexpr std::uint32_t passwordRole = 40;
 
+/// What every object answers to.
+inline constexpr const char* accessibleInterface = "org.a11y.atspi.Accessible";
+
 /// An object of an application's user interface, by its place on the accessibility bus.
 struct AccessibleObject {
   std::string busName;

@@ -4,7 +4,6 @@ namespace kivra {
 
 namespace {
 
-constexpr auto accessibleInterface = "org.a11y.atspi.Accessible";
 constexpr auto textInterface = "org.a11y.atspi.Text";
 
 // Numbers of AtspiRole and AtspiStateType.

@@ -1,40 +1,19 @@
 // Where an application completes what is typed, and selects what it has added.
 
-#include <gtest/gtest.h>
-
-#include <csignal>
-
-#include "application_session.h"
+#include "shared_session.h"
 
 namespace kivra::e2e {
 namespace {
 
 using namespace std::chrono_literals;
 
-class Completions : public testing::Test {
+class Completions : public SharedSession {
  protected:
-  static void SetUpTestSuite() {
-    desktop = std::make_unique<ApplicationSession>();
-    desktop->startKivra();
-  }
-  static void TearDownTestSuite() { desktop.reset(); }
-
-  void SetUp() override {
-    typist.selectGroup(0);
-    // That of a person, since it is the application that tells of its selection.
-    typist.setPace(10ms, 50ms);
-  }
-
-  static void undo(Typist& typist) {
+  void undo() {
     typist.tap(keys::shift);
     typist.tap(keys::shift);
   }
-
-  static std::unique_ptr<ApplicationSession> desktop;
-  Typist typist{desktop->session.display()};
 };
-
-std::unique_ptr<ApplicationSession> Completions::desktop;
 
 TEST_F(Completions, OfAQtField) {
   desktop->open({KIVRA_QT_FORM, "inline"}, "qt_form", "form");
@@ -65,7 +44,7 @@ TEST_F(Completions, OfAPage) {
   ASSERT_TRUE(becomes("[ghbdtn.example]"));
   typist.type(" ");
   EXPECT_TRUE(becomes("[привет ]"));
-  undo(typist);
+  undo();
   EXPECT_TRUE(becomes("[ghbdtn vbhjd]"));
   typist.type("q");
   EXPECT_TRUE(becomes("[ghbdtn q]"));

@@ -1,30 +1,14 @@
 // What is typed into a password field stays as it is, and the next field is mended again.
 
-#include <gtest/gtest.h>
-
-#include <fstream>
-
-#include "application_session.h"
+#include "shared_session.h"
 
 namespace kivra::e2e {
 namespace {
 
 using namespace std::chrono_literals;
 
-class Passwords : public testing::Test {
+class Passwords : public SharedSession {
  protected:
-  static void SetUpTestSuite() {
-    desktop = std::make_unique<ApplicationSession>();
-    desktop->startKivra();
-  }
-  static void TearDownTestSuite() { desktop.reset(); }
-
-  void SetUp() override {
-    typist.selectGroup(0);
-    // That of a person, since it is the application that tells where the focus is.
-    typist.setPace(10ms, 50ms);
-  }
-
   static constexpr const char* typed = "ghbdtn vbh";
   static constexpr const char* mended = "привет мир";
 
@@ -33,12 +17,7 @@ class Passwords : public testing::Test {
     waitFor([&] { return desktop->session.readFile(log).ends_with('\n'); }, 5s);
     return desktop->session.readFile(log);
   }
-
-  static std::unique_ptr<ApplicationSession> desktop;
-  Typist typist{desktop->session.display()};
 };
-
-std::unique_ptr<ApplicationSession> Passwords::desktop;
 
 TEST_F(Passwords, GtkDialogs) {
   desktop->open({"zenity", "--password"}, "enity", "password");

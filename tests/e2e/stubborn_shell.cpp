@@ -15,50 +15,24 @@ constexpr auto shellInterface = R"(<node><interface name="kivra.InputSource">
 }  // namespace
 
 StubbornShell::StubbornShell(const std::string& display, const std::string& address)
-    : display_(XOpenDisplay(display.c_str())),
-      client_(address),
-      context_(g_main_context_new()),
-      loop_(g_main_loop_new(context_, FALSE)),
-      description_(g_dbus_node_info_new_for_xml(shellInterface, nullptr)) {
+    : display_(XOpenDisplay(display.c_str())), client_(address) {
   if (display_ == nullptr) throw std::runtime_error("no display " + display);
   XkbQueryExtension(display_, nullptr, &xkbEvent_, nullptr, nullptr, nullptr);
   XkbSelectEventDetails(display_, XkbUseCoreKbd, XkbStateNotify, XkbGroupLockMask,
                         XkbGroupLockMask);
   lock();
-  offerExtension();
-  thread_ = std::thread([this] { serve(); });
+  service_.emplace(client_, BusObject{"kivra.InputSource", "/kivra/InputSource"}, shellInterface,
+                   GDBusInterfaceVTable{onCall, nullptr, nullptr, {}}, this);
+  events_ = g_unix_fd_source_new(ConnectionNumber(display_), G_IO_IN);
+  g_source_set_callback(events_, G_SOURCE_FUNC(onReadable), this, nullptr);
+  g_source_attach(events_, service_->context());
 }
 
 StubbornShell::~StubbornShell() {
-  g_main_context_invoke(
-      context_, [](gpointer loop) { return g_main_loop_quit(static_cast<GMainLoop*>(loop)), 0; },
-      loop_);
-  thread_.join();
-  g_dbus_node_info_unref(description_);
-  g_main_loop_unref(loop_);
-  g_main_context_unref(context_);
+  service_.reset();
+  g_source_destroy(events_);
+  g_source_unref(events_);
   XCloseDisplay(display_);
-}
-
-void StubbornShell::offerExtension() {
-  g_main_context_push_thread_default(context_);
-  const GDBusInterfaceVTable table{onCall, nullptr, nullptr, {}};
-  g_dbus_connection_register_object(client_.connection(), "/kivra/InputSource",
-                                    description_->interfaces[0], &table, this, nullptr, nullptr);
-  g_main_context_pop_thread_default(context_);
-  client_.call({"org.freedesktop.DBus", "/org/freedesktop/DBus"}, "org.freedesktop.DBus",
-               "RequestName", g_variant_new("(su)", "kivra.InputSource", 0U));
-}
-
-void StubbornShell::serve() {
-  g_main_context_push_thread_default(context_);
-  auto* const source = g_unix_fd_source_new(ConnectionNumber(display_), G_IO_IN);
-  g_source_set_callback(source, G_SOURCE_FUNC(onReadable), this, nullptr);
-  g_source_attach(source, context_);
-  g_main_loop_run(loop_);
-  g_source_destroy(source);
-  g_source_unref(source);
-  g_main_context_pop_thread_default(context_);
 }
 
 gboolean StubbornShell::onReadable(int /*fd*/, GIOCondition /*condition*/, gpointer self) {

@@ -3,10 +3,11 @@
 #include <X11/Xlib.h>
 
 #include <atomic>
+#include <optional>
 #include <string>
-#include <thread>
 
 #include "bus_client.h"
+#include "bus_service.h"
 
 namespace kivra::e2e {
 
@@ -27,19 +28,15 @@ class StubbornShell {
                      const char* interface, const char* method, GVariant* arguments,
                      GDBusMethodInvocation* invocation, gpointer self);
   static gboolean onReadable(int fd, GIOCondition condition, gpointer self);
-  void offerExtension();
-  void serve();
   void readEvents();
   void lock();
 
   Display* display_;
   int xkbEvent_ = 0;
   BusClient client_;
-  GMainContext* context_;
-  GMainLoop* loop_;
-  GDBusNodeInfo* description_;
   std::atomic<unsigned int> selected_ = 0;
-  std::thread thread_;
+  GSource* events_ = nullptr;
+  std::optional<BusService> service_;
 };
 
 }  // namespace kivra::e2e

@@ -35,34 +35,8 @@ TrayHost::MenuEntry entryOf(GVariant* node) {
 
 TrayHost::TrayHost(const std::string& address)
     : client_(address),
-      context_(g_main_context_new()),
-      loop_(g_main_loop_new(context_, FALSE)),
-      description_(g_dbus_node_info_new_for_xml(watcherInterface, nullptr)) {
-  g_main_context_push_thread_default(context_);
-  const GDBusInterfaceVTable table{onCall, onGet, nullptr, {}};
-  g_dbus_connection_register_object(client_.connection(), "/StatusNotifierWatcher",
-                                    description_->interfaces[0], &table, this, nullptr, nullptr);
-  g_main_context_pop_thread_default(context_);
-  client_.call({"org.freedesktop.DBus", "/org/freedesktop/DBus"}, "org.freedesktop.DBus",
-               "RequestName", g_variant_new("(su)", "org.kde.StatusNotifierWatcher", 0U));
-  thread_ = std::thread([this] { serve(); });
-}
-
-TrayHost::~TrayHost() {
-  g_main_context_invoke(
-      context_, [](gpointer loop) { return g_main_loop_quit(static_cast<GMainLoop*>(loop)), 0; },
-      loop_);
-  thread_.join();
-  g_dbus_node_info_unref(description_);
-  g_main_loop_unref(loop_);
-  g_main_context_unref(context_);
-}
-
-void TrayHost::serve() {
-  g_main_context_push_thread_default(context_);
-  g_main_loop_run(loop_);
-  g_main_context_pop_thread_default(context_);
-}
+      service_(client_, {"org.kde.StatusNotifierWatcher", "/StatusNotifierWatcher"},
+               watcherInterface, {onCall, onGet, nullptr, {}}, this) {}
 
 void TrayHost::onCall(GDBusConnection* /*bus*/, const char* sender, const char* /*path*/,
                       const char* /*interface*/, const char* /*method*/, GVariant* /*arguments*/,

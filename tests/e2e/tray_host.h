@@ -2,10 +2,10 @@
 
 #include <atomic>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "bus_client.h"
+#include "bus_service.h"
 
 namespace kivra::e2e {
 
@@ -20,9 +20,6 @@ class TrayHost {
   };
 
   explicit TrayHost(const std::string& address);
-  ~TrayHost();
-  TrayHost(const TrayHost&) = delete;
-  TrayHost& operator=(const TrayHost&) = delete;
 
   /// Waits for an item; throws std::runtime_error when none comes.
   void waitForItem() const;
@@ -40,15 +37,11 @@ class TrayHost {
   static GVariant* onGet(GDBusConnection* bus, const char* sender, const char* path,
                          const char* interface, const char* property, GError** error,
                          gpointer self);
-  void serve();
   BusObject item(const char* path) const;
 
   BusClient client_;
-  GMainContext* context_;
-  GMainLoop* loop_;
-  GDBusNodeInfo* description_;
   std::atomic<const char*> owner_ = nullptr;  ///< the item's connection; interned
-  std::thread thread_;
+  BusService service_;
 };
 
 }  // namespace kivra::e2e
