@@ -5,12 +5,11 @@
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
-#include <set>
 #include <string>
 #include <thread>
 #include <utility>
-#include <vector>
 
+#include "platform/linux/accessible_applications.h"
 #include "platform/linux/accessible_text.h"
 #include "platform/linux/variant_pointer.h"
 
@@ -22,9 +21,7 @@ constexpr auto statusName = "org.a11y.Bus";
 constexpr auto statusPath = "/org/a11y/bus";
 constexpr auto statusInterface = "org.a11y.Status";
 constexpr auto propertiesInterface = "org.freedesktop.DBus.Properties";
-constexpr auto registryName = "org.a11y.atspi.Registry";
 constexpr auto objectEvents = "org.a11y.atspi.Event.Object";
-constexpr auto rootPath = "/org/a11y/atspi/accessible/root";
 
 constexpr int watchTimeout = 2000;  // ms; only the watching thread waits
 constexpr auto firstAnswer = std::chrono::milliseconds(500);
@@ -70,7 +67,7 @@ class AccessibilityBus::Watcher {
   void meetApplications() {
     g_main_context_invoke(
         context_,
-        [](gpointer self) { return static_cast<Watcher*>(self)->askForApplications(), 0; }, this);
+        [](gpointer self) { return static_cast<Watcher*>(self)->applications_.meet(), 0; }, this);
   }
 
   std::optional<AccessibleObject> focusedObject() {
@@ -101,18 +98,6 @@ class AccessibilityBus::Watcher {
   void selectionChanged(const char* sender, const char* path);
   void focusChanged(const char* sender, const char* path, bool focused);
 
-  using Objects = std::vector<AccessibleObject>;
-  void askForApplications();
-  void askForWindows(const Objects& applications);
-  void askAbout(const Objects& windows);
-  using Take = void (Watcher::*)(const Objects&);
-  struct Request {
-    Watcher& watcher;
-    Take take;
-  };
-  void send(const AccessibleObject& object, const char* method, Take take);
-  static void onObjects(GObject* bus, GAsyncResult* result, gpointer request);
-
   void close(GDBusConnection*& bus);
 
   static void onStatusChange(GDBusConnection*, const char*, const char*, const char*, const char*,
@@ -131,7 +116,7 @@ class AccessibilityBus::Watcher {
 
   static void onRegistryChange(GDBusConnection*, const char*, const char*, const char*, const char*,
                                GVariant*, gpointer self) {
-    static_cast<Watcher*>(self)->askForApplications();
+    static_cast<Watcher*>(self)->applications_.meet();
   }
   static void onSelection(GDBusConnection*, const char* sender, const char* path, const char*,
                           const char*, GVariant*, gpointer self) {
@@ -146,8 +131,7 @@ class AccessibilityBus::Watcher {
   GSource* retry_ = nullptr;
   GDBusConnection* session_ = nullptr;
   GDBusConnection* accessibility_ = nullptr;
-  std::set<std::string> met_;  // applications, by their names on the bus
-  int pending_ = 0;            // requests without an answer
+  AccessibleApplications applications_{cancellable_};
   std::mutex mutex_;
   std::optional<AccessibleObject> focused_;
   std::condition_variable answered_;
@@ -160,7 +144,8 @@ void AccessibilityBus::Watcher::run() {
   check();
   g_main_loop_run(loop_);
   stopRetrying();
-  while (pending_ > 0) g_main_context_iteration(context_, TRUE);
+  applications_.finish();
+  applications_.setBus(nullptr);
   close(accessibility_);
   close(session_);
   g_main_context_pop_thread_default(context_);
@@ -253,19 +238,19 @@ void AccessibilityBus::Watcher::connectAccessibilityBus() {
   if (accessibility_ == nullptr) return;
   listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
   listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
-  g_dbus_connection_signal_subscribe(accessibility_, registryName, objectEvents, "ChildrenChanged",
-                                     rootPath, nullptr, G_DBUS_SIGNAL_FLAGS_NONE, onRegistryChange,
-                                     this, nullptr);
-  met_.clear();
-  askForApplications();
+  g_dbus_connection_signal_subscribe(accessibility_, accessibleRegistry, objectEvents,
+                                     "ChildrenChanged", accessibleRoot, nullptr,
+                                     G_DBUS_SIGNAL_FLAGS_NONE, onRegistryChange, this, nullptr);
+  applications_.setBus(accessibility_);
+  applications_.meet();
 }
 
 void AccessibilityBus::Watcher::listen(const char* signal, const char* detail,
                                        GDBusSignalCallback callback, const char* event) {
   g_dbus_connection_signal_subscribe(accessibility_, nullptr, objectEvents, signal, nullptr, detail,
                                      G_DBUS_SIGNAL_FLAGS_NONE, callback, this, nullptr);
-  call(accessibility_, registryName, "/org/a11y/atspi/registry", registryName, "RegisterEvent",
-       g_variant_new("(s)", event));
+  call(accessibility_, accessibleRegistry, "/org/a11y/atspi/registry", accessibleRegistry,
+       "RegisterEvent", g_variant_new("(s)", event));
 }
 
 VariantPointer AccessibilityBus::Watcher::call(GDBusConnection* bus, const char* name,
@@ -299,53 +284,6 @@ void AccessibilityBus::Watcher::focusChanged(const char* sender, const char* pat
   guint32 role = 0;
   if (reply) g_variant_get(reply.get(), "(u)", &role);
   isPasswordFocused = role == passwordRole;
-}
-
-void AccessibilityBus::Watcher::askForApplications() {
-  send({registryName, rootPath}, "GetChildren", &Watcher::askForWindows);
-}
-
-void AccessibilityBus::Watcher::askForWindows(const Objects& applications) {
-  for (const auto& application : applications) {
-    if (!met_.contains(application.busName)) send(application, "GetChildren", &Watcher::askAbout);
-  }
-}
-
-void AccessibilityBus::Watcher::askAbout(const Objects& windows) {
-  for (const auto& window : windows) {
-    met_.insert(window.busName);
-    send(window, "GetRelationSet", nullptr);
-  }
-}
-
-/// Waits for nothing: an application that does not answer must not hold up those that do.
-void AccessibilityBus::Watcher::send(const AccessibleObject& object, const char* method,
-                                     Take take) {
-  if (accessibility_ == nullptr) return;
-  ++pending_;
-  g_dbus_connection_call(accessibility_, object.busName.c_str(), object.path.c_str(),
-                         accessibleInterface, method, nullptr, nullptr, G_DBUS_CALL_FLAGS_NONE,
-                         watchTimeout, cancellable_, onObjects, new Request{*this, take});
-}
-
-void AccessibilityBus::Watcher::onObjects(GObject* bus, GAsyncResult* result, gpointer request) {
-  const std::unique_ptr<Request> sent(static_cast<Request*>(request));
-  --sent->watcher.pending_;
-  const VariantPointer reply(
-      g_dbus_connection_call_finish(G_DBUS_CONNECTION(bus), result, nullptr));
-  if (!reply || sent->take == nullptr ||
-      g_variant_is_of_type(reply.get(), G_VARIANT_TYPE("(a(so))")) == 0) {
-    return;
-  }
-  Objects objects;
-  const VariantPointer list(g_variant_get_child_value(reply.get(), 0));
-  for (gsize i = 0; i < g_variant_n_children(list.get()); ++i) {
-    const char* name = nullptr;
-    const char* path = nullptr;
-    g_variant_get_child(list.get(), i, "(&s&o)", &name, &path);
-    objects.push_back({name, path});
-  }
-  (sent->watcher.*sent->take)(objects);
 }
 
 void AccessibilityBus::Watcher::selectionChanged(const char* sender, const char* path) {

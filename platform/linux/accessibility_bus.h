@@ -30,8 +30,8 @@ class AccessibilityBus {
   /// Asks the session to switch accessibility on; returns before it is.
   void requestEnabled();
 
-  /// Asks each application that has come since about its windows; returns at once. Browsers tell
-  /// of their pages, and of the fields of their own windows, only to those who ask about them.
+  /// Asks each application that has come since about its windows, see AccessibleApplications;
+  /// returns at once.
   void meetApplications();
 
   /// The field that took the focus last is a password field. False where the application tells the
