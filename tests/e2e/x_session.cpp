@@ -90,6 +90,9 @@ XSession::XSession(const Options& options) {
   run({"setxkbmap", "-layout", options.layouts, "-variant", options.variants, "-option",
        options.xkbOptions});
   if (!options.windowManager) return;
+  // The first key of a keyboard has its map announced, and openbox is for a moment without its own
+  // keys when it hears of that: the key comes before it.
+  run({"xdotool", "key", "Shift_L"});
   windowManager_ = start({"openbox"});
   if (!waitFor([this] { return hasWindowManager(environment_); })) {
     throw std::runtime_error("openbox does not start");
