@@ -47,7 +47,10 @@ void HostingWindow::scheduleUpdate() {
 
 void HostingWindow::update() {
   isUpdateScheduled_ = false;
-  window_->setContent(view_->body());
+  const auto number = ++updates_;
+  auto content = view_->body();
+  // A body that asks a slow service keeps the run loop turning; it may have been overtaken.
+  if (number == updates_) window_->setContent(std::move(content));
 }
 
 void HostingWindow::didClose() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 
@@ -33,6 +34,7 @@ class HostingWindow : public std::enable_shared_from_this<HostingWindow> {
   Observable::Subscription subscription_;
   bool isOpen_ = false;
   bool isUpdateScheduled_ = false;
+  std::uint64_t updates_ = 0;  // begun so far
 };
 
 }  // namespace kivra

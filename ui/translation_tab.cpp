@@ -91,7 +91,15 @@ View TranslationTab::keySection() {
 void TranslationTab::setDeepLKey(const std::string& key) {
   willChange();
   deepLKey_ = key;
-  keychain_.write(deepLKey_, deepLKeyAccount);
+  // While the keychain is waited for, the run loop brings further edits: one write at a time, and
+  // the newest text last.
+  if (std::exchange(isWriting_, true)) return;
+  std::string written;
+  do {
+    written = deepLKey_;
+    keychain_.write(written, deepLKeyAccount);
+  } while (written != deepLKey_);
+  isWriting_ = false;
 }
 
 }  // namespace kivra

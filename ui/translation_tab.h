@@ -29,6 +29,7 @@ class TranslationTab : public HostedView, public std::enable_shared_from_this<Tr
   KeychainStore& keychain_;
   TextEngines& engines_;
   std::string deepLKey_;
+  bool isWriting_ = false;
 };
 
 }  // namespace kivra

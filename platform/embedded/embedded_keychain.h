@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <utility>
 
@@ -10,6 +11,9 @@ namespace kivra::embedded {
 /// A keychain in memory.
 class EmbeddedKeychain : public Keychain {
  public:
+  /// Happens once, while the next answer is waited for.
+  void setMeanwhile(std::function<void()> happens) { meanwhile_ = std::move(happens); }
+
   std::optional<std::string> itemCopyMatching(const KeychainItem& item) override;
   KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) override;
   KeychainStatus itemAdd(const KeychainItem& item, std::string_view data) override;
@@ -19,7 +23,12 @@ class EmbeddedKeychain : public Keychain {
   using Key = std::pair<std::string, std::string>;
   static Key keyOf(const KeychainItem& item) { return {item.service, item.account}; }
 
+  void wait() {
+    std::exchange(meanwhile_, [] {})();
+  }
+
   std::map<Key, std::string> items_;
+  std::function<void()> meanwhile_ = [] {};
 };
 
 }  // namespace kivra::embedded
