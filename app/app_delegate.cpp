@@ -94,10 +94,14 @@ void AppDelegate::showPermissionsWindow() {
 }
 
 void AppDelegate::showSettingsWindow() {
+  // Reading the keychain keeps the run loop turning, which may ask for the window again.
+  if (isMakingSettingsWindow_) return;
   if (!settingsWindow_) {
+    isMakingSettingsWindow_ = true;
     settingsWindow_ = HostingWindow::create(
         services_.platform.windows, services_.platform.runLoop, "settings", "Kivra — настройки",
         std::make_shared<SettingsView>(settingsEnvironment(services_)));
+    isMakingSettingsWindow_ = false;
   }
   show(*settingsWindow_);
 }

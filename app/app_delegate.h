@@ -29,6 +29,7 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
   std::shared_ptr<StatusItemController> statusItemController_;
   std::shared_ptr<HostingWindow> onboardingWindow_;
   std::shared_ptr<HostingWindow> settingsWindow_;
+  bool isMakingSettingsWindow_ = false;
 };
 
 }  // namespace kivra

@@ -87,6 +87,22 @@ TEST_F(AppDelegateTest, KeepsARefusedTapWhenStartedAgain) {
   EXPECT_EQ(log_.size(), 1U);
 }
 
+TEST_F(AppDelegateTest, MakesOneSettingsWindowHoweverOftenItIsAskedFor) {
+  delegate_->applicationDidFinishLaunching();
+  bool isSecondMade = false;
+  desktop_.keychain.setMeanwhile([&] {
+    services_.showSettingsWindow();
+    isSecondMade = desktop_.windows.find("settings") != nullptr;
+  });
+  services_.showSettingsWindow();
+  EXPECT_FALSE(isSecondMade);
+  const auto window = desktop_.windows.find("settings");
+  ASSERT_NE(window, nullptr);
+  EXPECT_TRUE(window->isInFront);
+  services_.showSettingsWindow();
+  EXPECT_EQ(desktop_.windows.find("settings"), window);
+}
+
 TEST_F(AppDelegateTest, StartsNothingOnceItIsGone) {
   desktop_.session.setAccessibilityGranted(false);
   delegate_->applicationDidFinishLaunching();
