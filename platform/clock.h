@@ -4,7 +4,7 @@
 
 namespace kivra {
 
-/// Wall-clock time and pauses.
+/// Time, which goes on evenly and while the machine sleeps, and pauses.
 class Clock {
  public:
   virtual ~Clock() = default;

@@ -15,7 +15,7 @@ namespace kivra::json {
 
 using Value = nlohmann::json;
 
-/// The value that the whole of `bytes` encodes.
+/// The value that the whole of `bytes` encodes; nothing when it is nested in more than 1000 levels.
 std::optional<Value> parse(std::string_view bytes);
 
 /// Compact UTF-8 encoding; invalid UTF-8 in strings is written as U+FFFD.

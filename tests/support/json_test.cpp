@@ -28,7 +28,19 @@ TEST(Json, RefusesWhatIsNotOneWholeValue) {
   for (const auto* bytes : {"", "{", "{}x", "\xFF", "[1,]", "{\"a\":\"\xC3\"}"}) {
     EXPECT_FALSE(json::parse(bytes)) << bytes;
   }
-  EXPECT_FALSE(json::parse(std::string(100'000, '['))) << "deep nesting must not overflow";
+}
+
+TEST(Json, RefusesWhatCopiesOfWouldOverflowTheStack) {
+  const auto nested = [](std::size_t levels) {
+    return std::string(levels, '[') + "{\"a\":\"[{\\\"[\"}" + std::string(levels, ']');
+  };
+  EXPECT_FALSE(json::parse(nested(100'000)));
+  EXPECT_FALSE(json::parse(nested(1000)));
+  const auto value = json::parse(nested(999));
+  ASSERT_TRUE(value);
+  EXPECT_EQ(json::encode(*value), nested(999));
+  const std::string brackets(5000, '[');
+  EXPECT_EQ(json::parse("[\"" + brackets + "\"]")->at(0), brackets) << "a text is no nesting";
 }
 
 TEST(Uuid, SurvivesItsText) {

@@ -25,7 +25,7 @@ TEST(Plain, MendsWordsInEitherLayout) {
 TEST(Plain, LeavesTheUnfinishedWordAlone) { EXPECT_EQ(typed("vbh"), "vbh"); }
 
 TEST(Plain, DropsNoCharacter) {
-  EXPECT_EQ(typed("a 😀 — «xy»\n\n\t1\r\nz"), "a 😀 — «xy»\n\n\t1\nz");
+  EXPECT_EQ(typed("a 😀 — «xy»\n\n\t1\r\n\rz"), "a 😀 — «xy»\n\n\t1\n\nz");
   EXPECT_EQ(typed("ghbdtn😀 vbh \n"), "ghbdtn😀 мир \n")
       << "a character without a key ends the word as a click does";
   EXPECT_EQ(typed("\xFF\n"), "\uFFFD\n");

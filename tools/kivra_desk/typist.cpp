@@ -39,8 +39,9 @@ Typist::Typist(embedded::EmbeddedDesktop& desktop, AfterKey afterKey)
 
 void Typist::learnKeys() {
   keys_.clear();
-  keys_.emplace("\n", Key{key_codes::returnKey});
-  keys_.emplace("\r\n", Key{key_codes::returnKey});
+  for (const auto* lineBreak : {"\n", "\r\n", "\r"}) {
+    keys_.emplace(lineBreak, Key{key_codes::returnKey});
+  }
   keys_.emplace("\t", Key{key_codes::tab});
   learnLayout("en", "us");
   learnLayout("ru", "ru");
