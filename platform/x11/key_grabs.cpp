@@ -1,7 +1,7 @@
 #include "platform/x11/key_grabs.h"
 
 #include <algorithm>
-#include <optional>
+#include <iterator>
 
 #include "platform/x11/x_display.h"
 #include "platform/xkb/virtual_keys.h"
@@ -21,48 +21,50 @@ bool endsWord(const Chord& chord) {
 
 std::vector<std::uint16_t> KeyGrabs::set(const std::vector<Chord>& chords,
                                          const ModifierMap& modifiers) {
-  std::set<std::pair<Grab, std::uint16_t>> wanted;
+  std::set<Grab> wanted;
+  std::vector<std::uint16_t> taken;
   chords_.clear();
   const auto locks = modifiers.lockCombinations();
   for (const auto& chord : chords) {
     const auto evdev = evdevCode(chord.keyCode);
     if (!evdev || *evdev + xkbOffset > 255) continue;
     const auto code = static_cast<std::uint8_t>(*evdev + xkbOffset);
+    const auto mask = modifiers.mask(chord.flags);
     chords_.insert({code, chord.flags & chordFlags});
-    const auto window = endsWord(chord) ? focus_ : DefaultRootWindow(display_);
-    for (const auto lock : locks) {
-      wanted.insert({{window, code, modifiers.mask(chord.flags) | lock}, chord.keyCode});
+    for (const auto lock : locks) wanted.insert({focus_, code, mask | lock});
+    if (!endsWord(chord) && asked_.insert({code, mask}).second && isTaken(code, mask)) {
+      taken.push_back(chord.keyCode);
     }
   }
+  replace(wanted);
+  return taken;
+}
+
+void KeyGrabs::replace(const std::set<Grab>& wanted) {
   std::erase_if(grabbed_, [&](const Grab& old) {
-    const auto keep =
-        std::ranges::any_of(wanted, [&](const auto& entry) { return entry.first == old; });
-    if (keep) return false;
+    if (wanted.contains(old)) return false;
     const auto& [window, code, mask] = old;
     XUngrabKey(display_, code, mask, window);
     return true;
   });
   std::vector<Grab> added;
-  for (const auto& [key, virtualKey] : wanted) {
-    if (!grabbed_.contains(key)) added.push_back(key);
-  }
+  std::ranges::set_difference(wanted, grabbed_, std::back_inserter(added));
   // Nearly always nobody else wants them: one question for all.
   if (added.empty() || grab(added)) {
     grabbed_.insert(added.begin(), added.end());
-    return {};
+    return;
   }
-  std::vector<std::uint16_t> taken;
-  for (const auto& [key, virtualKey] : wanted) {
-    if (grabbed_.contains(key)) continue;
-    if (grab({key})) {
-      grabbed_.insert(key);
-      refused_.erase(key);
-    } else if (std::get<Window>(key) == DefaultRootWindow(display_) &&
-               refused_.insert(key).second && std::ranges::find(taken, virtualKey) == taken.end()) {
-      taken.push_back(virtualKey);
-    }
+  for (const auto& key : added) {
+    if (grab({key})) grabbed_.insert(key);
   }
-  return taken;
+}
+
+bool KeyGrabs::isTaken(std::uint8_t code, unsigned int mask) {
+  const Grab there{DefaultRootWindow(display_), code, mask};
+  if (grabbed_.contains(there)) return false;
+  if (!grab({there})) return true;
+  XUngrabKey(display_, code, mask, DefaultRootWindow(display_));
+  return false;
 }
 
 bool KeyGrabs::grab(const std::vector<Grab>& grabs) {

@@ -127,6 +127,11 @@ TEST(Traps, FocusStaysWithTheApplication) {
   constexpr const char* expected = "ghbdtn hello world\nhello\thello ";
   EXPECT_EQ(desktop.window.textAfter(expected), expected);
   EXPECT_EQ(desktop.window.focusLosses(), 0);
+  desktop.typist.type("ghbdtn");
+  desktop.typist.chord({keys::control, keys::alt, keys::p});
+  EXPECT_EQ(desktop.window.textAfter(std::string(expected) + "привет"),
+            std::string(expected) + "привет");
+  EXPECT_EQ(desktop.window.focusLosses(), 0) << "by a hotkey";
 }
 
 TEST(Traps, WordsAreMendedWhereverTheFocusGoes) {
