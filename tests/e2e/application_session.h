@@ -38,10 +38,12 @@ class ApplicationSession {
   XSession session;
 
  private:
+  void openEditor(const std::vector<std::string>& command, const std::string& windowClass);
   bool hasFocus(const std::string& windowClass);
   void waitUntilCorrecting();
 
   std::unique_ptr<ChildProcess> application_;
+  int editors_ = 0;  // opened so far
 };
 
 }  // namespace kivra::e2e
