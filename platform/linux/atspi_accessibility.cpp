@@ -6,6 +6,7 @@ namespace kivra {
 
 namespace {
 
+constexpr auto keysWait = std::chrono::milliseconds(500);
 constexpr auto answerWait = std::chrono::milliseconds(100);
 constexpr auto prompt = std::chrono::milliseconds(5);
 constexpr auto slice = std::chrono::milliseconds(1);
@@ -28,6 +29,8 @@ AccessibilityValue AtspiAccessibility::copyAttributeValue(AccessibilityElement& 
                                                           std::string_view attribute) {
   if (dynamic_cast<SystemWide*>(&element) != nullptr) {
     if (attribute != accessibility_attributes::focusedUIElement) return {};
+    if (!bus_.focusedObject()) return {};
+    waitForKeys();
     auto focused = bus_.focusedObject();
     if (!focused) return {};
     return std::make_shared<Element>(std::move(*focused));
@@ -41,6 +44,14 @@ AccessibilityValue AtspiAccessibility::copyAttributeValue(AccessibilityElement& 
     return text(known->object, AccessibleTextPart::whole);
   }
   return {};
+}
+
+// A busy application answers questions before keys that came earlier. What they are about to select
+// would not be there yet, and the whole text would be taken and replaced for it.
+void AtspiAccessibility::waitForKeys() {
+  const auto deadline = std::chrono::steady_clock::now() + keysWait;
+  const auto isPending = ping_();
+  while (isPending() && std::chrono::steady_clock::now() < deadline) runLoop_.runFor(slice);
 }
 
 // The object may be one of the program's own windows, which answers from the run loop.

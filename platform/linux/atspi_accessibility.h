@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+#include <utility>
+
 #include "platform/accessibility.h"
 #include "platform/linux/accessibility_bus.h"
 #include "platform/run_loop.h"
@@ -11,7 +14,12 @@ namespace kivra {
 /// while it waits.
 class AtspiAccessibility : public Accessibility {
  public:
-  AtspiAccessibility(AccessibilityBus& bus, RunLoop& runLoop) : bus_(bus), runLoop_(runLoop) {}
+  /// Asks the application in front to handle the keys that it has been sent; the answer says
+  /// whether it is still at it.
+  using Ping = std::function<std::function<bool()>()>;
+
+  AtspiAccessibility(AccessibilityBus& bus, RunLoop& runLoop, Ping ping)
+      : bus_(bus), runLoop_(runLoop), ping_(std::move(ping)) {}
 
   AccessibilityElementPointer createSystemWide() override;
   AccessibilityValue copyAttributeValue(AccessibilityElement& element,
@@ -19,9 +27,11 @@ class AtspiAccessibility : public Accessibility {
 
  private:
   AccessibilityValue text(const AccessibleObject& object, AccessibleTextPart part);
+  void waitForKeys();
 
   AccessibilityBus& bus_;
   RunLoop& runLoop_;
+  Ping ping_;
 };
 
 }  // namespace kivra

@@ -8,23 +8,19 @@
 #include <cstring>
 #include <utility>
 
+#include "platform/x11/xcb_pointer.h"
+#include "platform/x11/xcb_root.h"
 #include "platform/x11/xcb_xkb.h"
 
 namespace kivra::x11 {
 
 namespace {
 
-struct Free {
-  void operator()(void* memory) const { std::free(memory); }
-};
-template <class T>
-using Reply = std::unique_ptr<T, Free>;
-
 // A property in 32-bit units.
 constexpr std::uint32_t longestProperty = 1024;
 
 bool hasExtension(xcb_connection_t* connection, std::string_view name) {
-  const Reply<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
+  const XcbPointer<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
       connection,
       xcb_query_extension(connection, static_cast<std::uint16_t>(name.size()), name.data()),
       nullptr));
@@ -33,7 +29,7 @@ bool hasExtension(xcb_connection_t* connection, std::string_view name) {
 
 bool hasXInput(xcb_connection_t* connection) {
   if (!hasExtension(connection, "XInputExtension")) return false;
-  const Reply<xcb_input_xi_query_version_reply_t> reply(xcb_input_xi_query_version_reply(
+  const XcbPointer<xcb_input_xi_query_version_reply_t> reply(xcb_input_xi_query_version_reply(
       connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
   return reply &&
          (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2));
@@ -68,9 +64,7 @@ bool X11Connection::connect() {
                    : "нет X-сервера (DISPLAY)";
     return false;
   }
-  auto roots = xcb_setup_roots_iterator(xcb_get_setup(connection_));
-  for (; screen > 0 && roots.rem > 1; --screen) xcb_screen_next(&roots);
-  root_ = roots.data->root;
+  root_ = rootWindow(connection_, screen);
   const auto lacking = missing();
   problem_ = lacking.empty() ? "" : "X-сервер не умеет: " + lacking;
   if (problem_.empty()) selectEvents(connection_);
@@ -99,7 +93,7 @@ bool X11Connection::isLost() const {
 
 void X11Connection::readEvents() {
   if (connection_ == nullptr) return;
-  while (const auto event = Reply<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
+  while (const auto event = XcbPointer<xcb_generic_event_t>(xcb_poll_for_event(connection_))) {
     const auto type = event->response_type & 0x7F;
     if (type == XCB_PROPERTY_NOTIFY) {
       if (!propertyChanged_) continue;
@@ -145,7 +139,8 @@ std::optional<std::string> X11Connection::property(xcb_window_t window, std::str
   if (!isConnected() || window == 0) return std::nullopt;
   const auto cookie =
       xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, longestProperty);
-  const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection_, cookie, nullptr));
+  const XcbPointer<xcb_get_property_reply_t> reply(
+      xcb_get_property_reply(connection_, cookie, nullptr));
   if (!reply || reply->type == XCB_ATOM_NONE) return std::nullopt;
   const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
   return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())), length);
@@ -160,21 +155,21 @@ xcb_window_t X11Connection::windowProperty(xcb_window_t window, std::string_view
 
 xcb_window_t X11Connection::focusWindow() {
   if (!isConnected()) return 0;
-  const Reply<xcb_get_input_focus_reply_t> reply(
+  const XcbPointer<xcb_get_input_focus_reply_t> reply(
       xcb_get_input_focus_reply(connection_, xcb_get_input_focus(connection_), nullptr));
   return reply && reply->focus > XCB_INPUT_FOCUS_POINTER_ROOT ? reply->focus : 0;
 }
 
 xcb_window_t X11Connection::parent(xcb_window_t window) {
   if (!isConnected()) return 0;
-  const Reply<xcb_query_tree_reply_t> reply(
+  const XcbPointer<xcb_query_tree_reply_t> reply(
       xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
   return reply ? reply->parent : 0;
 }
 
 std::optional<std::uint32_t> X11Connection::group() {
   if (!isConnected()) return std::nullopt;
-  const Reply<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(
+  const XcbPointer<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(
       connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
   return reply ? std::optional<std::uint32_t>(reply->group) : std::nullopt;
 }
@@ -209,7 +204,8 @@ xcb_atom_t X11Connection::atom(std::string_view name) {
   if (connection_ == nullptr) return XCB_ATOM_NONE;
   const auto cookie =
       xcb_intern_atom(connection_, 0, static_cast<std::uint16_t>(name.size()), name.data());
-  const Reply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(connection_, cookie, nullptr));
+  const XcbPointer<xcb_intern_atom_reply_t> reply(
+      xcb_intern_atom_reply(connection_, cookie, nullptr));
   if (!reply || reply->atom == XCB_ATOM_NONE) return XCB_ATOM_NONE;
   atoms_.emplace(name, reply->atom);
   return reply->atom;

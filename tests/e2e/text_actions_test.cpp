@@ -113,6 +113,28 @@ TEST_F(TextActions, Chromium) {
   playADay();
 }
 
+TEST_F(TextActions, ReadWhatABusyApplicationHasYetToSelect) {
+  const auto translateLastWord = [&](const char* application) {
+    SCOPED_TRACE(application);
+    typist.type("hello world");
+    std::this_thread::sleep_for(300ms);
+    auto process = desktop.session.run({"xdotool", "getactivewindow", "getwindowpid"});
+    process.pop_back();
+    const auto before = server.requestCount();
+    desktop.session.run({"kill", "-STOP", process});
+    desktop.press("ctrl+shift+Left");
+    desktop.press(translateHotkey);
+    desktop.session.run({"kill", "-CONT", process});
+    ASSERT_TRUE(waitFor([&] { return server.requestCount() > before; }));
+    std::this_thread::sleep_for(1s);
+    expectText("hello T(world)");
+  };
+  desktop.openGtkEditor();
+  translateLastWord("GTK");
+  desktop.openQtEditor();
+  translateLastWord("Qt");
+}
+
 TEST_F(TextActions, LeaveTheKeyboardAloneDuringASlowReply) {
   desktop.openGtkEditor();
   typist.type("hello world");

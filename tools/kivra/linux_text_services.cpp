@@ -1,12 +1,23 @@
 #include "linux_text_services.h"
 
+#include <memory>
+
 #include "platform/qt/main_thread.h"
+#include "platform/x11/window_ping.h"
 
 namespace kivra {
 
+namespace {
+
+std::function<bool()> pingActiveWindow() {
+  return [ping = std::make_shared<x11::WindowPing>()] { return ping->isPending(); };
+}
+
+}  // namespace
+
 LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus,
                                      const LocalLanguageModel::Options& model)
-    : accessibility(bus, runLoop),
+    : accessibility(bus, runLoop, pingActiveWindow),
       languageModel(httpClient, runLoop, model),
       pasteboard(runLoop),
       translation(httpClient, languageRecognizer, qt::callOnMainThread) {}

@@ -21,7 +21,7 @@ class AtspiAccessibilityTest : public testing::Test {
       ::setenv(name.c_str(), value.c_str(), 1);
     }
     bus_.emplace();
-    accessibility_.emplace(*bus_, runLoop_);
+    accessibility_.emplace(*bus_, runLoop_, [this] { return [this] { return isBehind_; }; });
   }
 
   /// Starts a program and waits until a field of it has the focus.
@@ -72,6 +72,7 @@ class AtspiAccessibilityTest : public testing::Test {
   qt::QtRunLoop runLoop_;
   std::optional<AccessibilityBus> bus_;
   std::optional<AtspiAccessibility> accessibility_;
+  bool isBehind_ = false;  // the application, with its keys
 };
 
 TEST_F(AtspiAccessibilityTest, ReadsTheTextAndTheSelectionOfAnEditor) {
@@ -96,6 +97,21 @@ TEST_F(AtspiAccessibilityTest, KnowsOfASelectionBehindAWord) {
   EXPECT_FALSE(hasSelectionBehind(6)) << "it is the word itself that is selected";
   press({"shift+Left", "End"});
   EXPECT_FALSE(hasSelectionBehind(0));
+}
+
+TEST_F(AtspiAccessibilityTest, WaitsForAnApplicationBehindWithItsKeysButNotForever) {
+  const auto editor = open({"mousepad", document("текст")});
+  ASSERT_TRUE(reads(accessibility_attributes::value, "текст"));
+  const auto timed = [&] {
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_NE(focused(), nullptr);
+    return std::chrono::steady_clock::now() - start;
+  };
+  isBehind_ = true;
+  runLoop_.asyncAfter(100ms, [&] { isBehind_ = false; });
+  EXPECT_GE(timed(), 90ms);
+  isBehind_ = true;
+  EXPECT_LT(timed(), 5s);
 }
 
 TEST_F(AtspiAccessibilityTest, ReadsAMegabyte) {
@@ -153,7 +169,7 @@ TEST(AtspiAccessibilityAlone, HasNothingWithoutABus) {
   ::setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
   AccessibilityBus bus;
   qt::QtRunLoop runLoop;
-  AtspiAccessibility accessibility(bus, runLoop);
+  AtspiAccessibility accessibility(bus, runLoop, nullptr);
   EXPECT_EQ(accessibility.createSystemWide(), nullptr);
 }
 
