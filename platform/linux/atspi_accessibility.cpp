@@ -29,11 +29,7 @@ AccessibilityValue AtspiAccessibility::copyAttributeValue(AccessibilityElement& 
                                                           std::string_view attribute) {
   if (dynamic_cast<SystemWide*>(&element) != nullptr) {
     if (attribute != accessibility_attributes::focusedUIElement) return {};
-    if (!bus_.focusedObject()) return {};
-    waitForKeys();
-    auto focused = bus_.focusedObject();
-    if (!focused) return {};
-    return std::make_shared<Element>(std::move(*focused));
+    return focusedElement();
   }
   const auto* const known = dynamic_cast<Element*>(&element);
   if (known == nullptr) return {};
@@ -44,6 +40,14 @@ AccessibilityValue AtspiAccessibility::copyAttributeValue(AccessibilityElement& 
     return text(known->object, AccessibleTextPart::whole);
   }
   return {};
+}
+
+AccessibilityValue AtspiAccessibility::focusedElement() {
+  if (!bus_.focusedObject()) return {};
+  waitForKeys();  // which may move the focus
+  auto focused = bus_.focusedObject();
+  if (!focused) return {};
+  return std::make_shared<Element>(std::move(*focused));
 }
 
 // A busy application answers questions before keys that came earlier. What they are about to select

@@ -26,6 +26,7 @@ class AtspiAccessibility : public Accessibility {
                                         std::string_view attribute) override;
 
  private:
+  AccessibilityValue focusedElement();
   AccessibilityValue text(const AccessibleObject& object, AccessibleTextPart part);
   void waitForKeys();
 

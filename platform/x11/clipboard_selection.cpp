@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "platform/x11/selection_contents.h"
-#include "platform/x11/xcb_pointer.h"
 
 namespace kivra::x11 {
 

@@ -3,7 +3,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
-#include <memory>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +12,7 @@
 #include "platform/x11/atoms.h"
 #include "platform/x11/selection_offer.h"
 #include "platform/x11/selection_reader.h"
+#include "platform/x11/xcb_pointer.h"
 
 namespace kivra::x11 {
 
@@ -37,10 +38,6 @@ class ClipboardSelection {
   void own(const std::vector<PasteboardItem>& items);
 
  private:
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-
   bool isConnected() const;
   void watchOwner();
   void handle(const xcb_generic_event_t& event);
@@ -53,7 +50,7 @@ class ClipboardSelection {
   void handOver();
 
   SelectionReader::Waits waits_;
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  XcbConnectionPointer connection_;
   Atoms atoms_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
   xcb_atom_t clipboard_ = XCB_ATOM_NONE;

@@ -2,31 +2,24 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstring>
-#include <span>
+#include <string>
 #include <vector>
 
 #include "platform/x11/atoms.h"
-#include "platform/x11/xcb_pointer.h"
-#include "platform/x11/xcb_root.h"
+#include "platform/x11/xcb_window.h"
 
 namespace kivra::x11 {
 
 namespace {
 
-constexpr std::uint32_t mostProtocols = 64;
-
-/// The first numbers of a window's property, of its 32-bit ones.
+/// The numbers in a window's property.
 std::vector<std::uint32_t> numbers(xcb_connection_t* connection, xcb_window_t window,
                                    xcb_atom_t property) {
-  const XcbPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(
-      connection, xcb_get_property(connection, 0, window, property, XCB_ATOM_ANY, 0, mostProtocols),
-      nullptr));
-  if (!reply || reply->format != 32) return {};
-  const std::span bytes(static_cast<const char*>(xcb_get_property_value(reply.get())),
-                        static_cast<std::size_t>(xcb_get_property_value_length(reply.get())));
+  const auto bytes = windowProperty(connection, window, property).value_or("");
   std::vector<std::uint32_t> read(bytes.size() / sizeof(std::uint32_t));
-  if (!read.empty()) std::memcpy(read.data(), bytes.data(), bytes.size());
+  if (!read.empty()) std::memcpy(read.data(), bytes.data(), read.size() * sizeof(std::uint32_t));
   return read;
 }
 
@@ -53,9 +46,6 @@ bool WindowPing::ask() {
   const auto known = numbers(connection_.get(), active.front(), protocols);
   if (std::ranges::find(known, ping) == known.end()) return false;
 
-  // The answer goes to the root window, as if its manager had asked.
-  const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
-  xcb_change_window_attributes(connection_.get(), root, XCB_CW_EVENT_MASK, &events);
   question_.response_type = XCB_CLIENT_MESSAGE;
   question_.format = 32;
   question_.window = active.front();
@@ -63,21 +53,27 @@ bool WindowPing::ask() {
   question_.data.data32[0] = ping;
   question_.data.data32[1] = mark();
   question_.data.data32[2] = active.front();
-  xcb_send_event(connection_.get(), 0, active.front(), XCB_EVENT_MASK_NO_EVENT,
+  send(root);
+  return true;
+}
+
+void WindowPing::send(xcb_window_t root) {
+  // The answer goes to the root window, as if its manager had asked.
+  const std::uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  xcb_change_window_attributes(connection_.get(), root, XCB_CW_EVENT_MASK, &events);
+  xcb_send_event(connection_.get(), 0, question_.window, XCB_EVENT_MASK_NO_EVENT,
                  reinterpret_cast<const char*>(&question_));
-  return xcb_flush(connection_.get()) > 0;
+  xcb_flush(connection_.get());
 }
 
 bool WindowPing::isPending() {
   while (isPending_) {
     const XcbPointer<xcb_generic_event_t> event(xcb_poll_for_event(connection_.get()));
-    if (event) {
-      isPending_ = !isAnswer(*event);
-    } else {
-      return isPending_ = xcb_connection_has_error(connection_.get()) == 0;
-    }
+    if (!event) break;
+    isPending_ = !isAnswer(*event);
   }
-  return false;
+  isPending_ = isPending_ && xcb_connection_has_error(connection_.get()) == 0;
+  return isPending_;
 }
 
 bool WindowPing::isAnswer(const xcb_generic_event_t& event) const {

@@ -2,8 +2,7 @@
 
 #include <xcb/xcb.h>
 
-#include <cstdint>
-#include <memory>
+#include "platform/x11/xcb_pointer.h"
 
 namespace kivra::x11 {
 
@@ -19,14 +18,11 @@ class WindowPing {
   bool isPending();
 
  private:
-  struct Disconnect {
-    void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-  };
-
   bool ask();
+  void send(xcb_window_t root);
   bool isAnswer(const xcb_generic_event_t& event) const;
 
-  std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+  XcbConnectionPointer connection_;
   xcb_client_message_event_t question_{};
   bool isPending_;
 };

@@ -9,15 +9,12 @@
 #include <utility>
 
 #include "platform/x11/xcb_pointer.h"
-#include "platform/x11/xcb_root.h"
+#include "platform/x11/xcb_window.h"
 #include "platform/x11/xcb_xkb.h"
 
 namespace kivra::x11 {
 
 namespace {
-
-// A property in 32-bit units.
-constexpr std::uint32_t longestProperty = 1024;
 
 bool hasExtension(xcb_connection_t* connection, std::string_view name) {
   const XcbPointer<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
@@ -137,13 +134,7 @@ void X11Connection::watchProperties(xcb_window_t window, bool watch) {
 
 std::optional<std::string> X11Connection::property(xcb_window_t window, std::string_view name) {
   if (!isConnected() || window == 0) return std::nullopt;
-  const auto cookie =
-      xcb_get_property(connection_, 0, window, atom(name), XCB_ATOM_ANY, 0, longestProperty);
-  const XcbPointer<xcb_get_property_reply_t> reply(
-      xcb_get_property_reply(connection_, cookie, nullptr));
-  if (!reply || reply->type == XCB_ATOM_NONE) return std::nullopt;
-  const auto length = static_cast<std::size_t>(xcb_get_property_value_length(reply.get()));
-  return std::string(static_cast<const char*>(xcb_get_property_value(reply.get())), length);
+  return x11::windowProperty(connection_, window, atom(name));
 }
 
 xcb_window_t X11Connection::windowProperty(xcb_window_t window, std::string_view name) {

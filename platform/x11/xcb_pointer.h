@@ -1,5 +1,7 @@
 #pragma once
 
+#include <xcb/xcb.h>
+
 #include <cstdlib>
 #include <memory>
 
@@ -12,5 +14,10 @@ struct FreeXcb {
 /// A reply or an event of xcb.
 template <class T>
 using XcbPointer = std::unique_ptr<T, FreeXcb>;
+
+struct DisconnectXcb {
+  void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+};
+using XcbConnectionPointer = std::unique_ptr<xcb_connection_t, DisconnectXcb>;
 
 }  // namespace kivra::x11
