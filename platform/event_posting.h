@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -29,6 +30,11 @@ class EventPosting {
 
   /// Posts at the session's tap location, exactly with the event's flags.
   virtual void eventPost(const KeyboardEvent& event) = 0;
+
+  /// `called` is called, between events, when what was posted from a tap's callback has not been
+  /// typed, or not to its end, because the user had typed on: what the callback did to the text has
+  /// not happened. A system in which nothing can come between never calls it.
+  virtual void onRefusal(std::function<void()> /*called*/) {}
 };
 
 }  // namespace kivra

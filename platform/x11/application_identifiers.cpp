@@ -50,6 +50,15 @@ constexpr std::array rows = {
     Row{"xterm", "com.apple.Terminal"},
     Row{"yakuake", "com.apple.Terminal"},
     Row{"dev.warp.warp", "dev.warp.Warp-Stable"},
+    // modal editors: letters are commands there, as in the terminal that they come from
+    Row{"gnvim", "com.apple.Terminal"},
+    Row{"goneovim", "com.apple.Terminal"},
+    Row{"gvim", "com.apple.Terminal"},
+    Row{"neovide", "com.apple.Terminal"},
+    Row{"neovim-gtk", "com.apple.Terminal"},
+    Row{"nvim-qt", "com.apple.Terminal"},
+    Row{"org.daa.neovimgtk", "com.apple.Terminal"},
+    Row{"org.vim.vim", "com.apple.Terminal"},
     // development environments
     Row{"code", "com.microsoft.VSCode"},
     Row{"code-oss", "com.microsoft.VSCode"},

@@ -74,13 +74,11 @@ std::string X11Connection::missing() {
     if (!present) names += (names.empty() ? "" : ", ") + std::string(name);
   };
   check(hasXInput(connection_), "XInput 2.2");
-  inputOpcode_ = xcb_get_extension_data(connection_, &xcb_input_id)->major_opcode;
   check(hasExtension(connection_, "XKEYBOARD") &&
             xkb_x11_setup_xkb_extension(connection_, 1, 0, XKB_X11_SETUP_XKB_EXTENSION_NO_FLAGS,
                                         nullptr, nullptr, &xkbEvent_, nullptr) == 1,
         "XKB");
   check(hasExtension(connection_, "XTEST"), "XTEST");
-  check(hasExtension(connection_, "RECORD"), "RECORD");
   return names;
 }
 
@@ -95,35 +93,10 @@ void X11Connection::readEvents() {
     if (type == XCB_PROPERTY_NOTIFY) {
       if (!propertyChanged_) continue;
       propertyChanged_(reinterpret_cast<xcb_property_notify_event_t&>(*event).atom);
-    } else if (type == XCB_GE_GENERIC) {
-      takeInputEvent(reinterpret_cast<xcb_ge_generic_event_t&>(*event));
     } else if (type == XCB_MAPPING_NOTIFY || type == xkbEvent_) {
       if (mapChanged_) mapChanged_();
     }
   }
-}
-
-void X11Connection::takeInputEvent(const xcb_ge_generic_event_t& event) {
-  if (event.extension != inputOpcode_ || event.event_type != XCB_INPUT_RAW_KEY_PRESS) return;
-  watchKeys(false);
-  if (const auto called = std::exchange(keyPressed_, nullptr)) called();
-}
-
-void X11Connection::atNextKey(std::function<void()> called) {
-  if (!isConnected()) return;
-  keyPressed_ = std::move(called);
-  watchKeys(true);
-}
-
-void X11Connection::watchKeys(bool watch) {
-  // Unlike other events of keys, these come to every client, whoever has grabbed the keyboard.
-  const struct {
-    xcb_input_event_mask_t head;
-    std::uint32_t events;
-  } mask{{XCB_INPUT_DEVICE_ALL_MASTER, 1},
-         watch ? std::uint32_t{XCB_INPUT_XI_EVENT_MASK_RAW_KEY_PRESS} : 0};
-  xcb_input_xi_select_events(connection_, root_, 1, &mask.head);
-  xcb_flush(connection_);
 }
 
 void X11Connection::watchProperties(xcb_window_t window, bool watch) {

@@ -42,9 +42,6 @@ class X11Connection {
     propertyChanged_ = std::move(called);
   }
 
-  /// Called once, by `readEvents`, at the next press of a key in the session.
-  void atNextKey(std::function<void()> called);
-
   /// Takes in what the server has sent, without waiting for more.
   void readEvents();
 
@@ -77,18 +74,14 @@ class X11Connection {
 
  private:
   std::string missing();
-  void watchKeys(bool watch);
-  void takeInputEvent(const xcb_ge_generic_event_t& event);
 
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = 0;
   std::uint8_t xkbEvent_ = 0;
-  std::uint8_t inputOpcode_ = 0;
   std::string problem_ = "not connected";
   std::map<std::string, xcb_atom_t, std::less<>> atoms_;
   std::function<void()> mapChanged_;
   std::function<void(xcb_atom_t)> propertyChanged_;
-  std::function<void()> keyPressed_;
 };
 
 }  // namespace kivra::x11

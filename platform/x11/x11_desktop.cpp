@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/guard/application_pauses.h"
+
 namespace kivra::x11 {
 
 X11Desktop::X11Desktop(Environment environment)
@@ -15,7 +17,12 @@ X11Desktop::X11Desktop(Environment environment)
                  .watchFd = environment_.watchFd,
                  .groupSelected = environment_.groupSelected,
                  .hasSelectionBehind = environment_.hasSelectionBehind,
-                 .atNextKey = [this](auto called) { connection_.atNextKey(std::move(called)); }}),
+                 .pauseAfterErasing =
+                     [this] {
+                       return guard::pauseAfterErasing(
+                           workspace.frontmostBundleIdentifier().value_or(""));
+                     },
+                 .postRefused = [this] { eventPosting.refuse(); }}),
       inputSources(connection_, posted_, group_, environment_.log),
       workspace(connection_, {.isPasswordFocused = environment_.isPasswordFocused,
                               .activeWindowChanged = environment_.activeWindowChanged,

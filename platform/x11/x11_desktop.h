@@ -6,15 +6,15 @@
 #include <string>
 #include <string_view>
 
+#include "platform/guard/guard_event_posting.h"
+#include "platform/guard/guard_event_taps.h"
+#include "platform/guard/guard_link.h"
+#include "platform/guard/input_group.h"
+#include "platform/guard/posted_keys.h"
+#include "platform/guard/watch_fd.h"
 #include "platform/log.h"
 #include "platform/run_loop.h"
-#include "platform/x11/guard_link.h"
-#include "platform/x11/input_group.h"
-#include "platform/x11/posted_keys.h"
-#include "platform/x11/watch_fd.h"
 #include "platform/x11/x11_connection.h"
-#include "platform/x11/x11_event_posting.h"
-#include "platform/x11/x11_event_taps.h"
 #include "platform/x11/x11_input_sources.h"
 #include "platform/x11/x11_workspace.h"
 
@@ -26,7 +26,7 @@ class X11Desktop {
   struct Environment {
     RunLoop& runLoop;
     Log& log;
-    WatchFd watchFd;
+    guard::WatchFd watchFd;
     std::string guardProgram;  ///< executable of the keyboard guard
     std::function<bool()> isPasswordFocused;
     std::function<void()> activeWindowChanged;
@@ -49,14 +49,14 @@ class X11Desktop {
 
   Environment environment_;
   X11Connection connection_;
-  GuardLink guard_;
-  PostedKeys posted_;
-  InputGroup group_;
+  guard::GuardLink guard_;
+  guard::PostedKeys posted_;
+  guard::InputGroup group_;
   std::shared_ptr<void> watch_;
 
  public:
-  X11EventPosting eventPosting{posted_};
-  X11EventTaps eventTaps;
+  guard::GuardEventPosting eventPosting{posted_};
+  guard::GuardEventTaps eventTaps;
   X11InputSources inputSources;
   X11Workspace workspace;
 };

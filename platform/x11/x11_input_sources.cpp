@@ -27,7 +27,7 @@ void X11InputSources::selectInputSource(const InputSource& source) {
   const auto found = std::ranges::find(sources_, source.id, [](const auto& s) { return s->id; });
   if (found == sources_.end()) return;
   const auto group = static_cast<std::uint32_t>(found - sources_.begin());
-  posted_.add({.kind = PostedKey::Kind::selectGroup, .value = group});
+  posted_.add({.kind = guard::PostedKey::Kind::selectGroup, .value = group});
   if (group_.ofEvent) group_.ofEvent = group;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "platform/guard/input_group.h"
+#include "platform/guard/posted_keys.h"
 #include "platform/input_sources.h"
 #include "platform/log.h"
-#include "platform/x11/input_group.h"
-#include "platform/x11/posted_keys.h"
 #include "platform/x11/x11_connection.h"
 
 namespace kivra::x11 {
@@ -11,7 +11,8 @@ namespace kivra::x11 {
 /// The XKB groups of the session as input sources.
 class X11InputSources : public InputSources {
  public:
-  X11InputSources(X11Connection& connection, PostedKeys& posted, InputGroup& group, Log& log)
+  X11InputSources(X11Connection& connection, guard::PostedKeys& posted, guard::InputGroup& group,
+                  Log& log)
       : connection_(connection), posted_(posted), group_(group), log_(log) {}
 
   /// The keyboard map has changed.
@@ -30,8 +31,8 @@ class X11InputSources : public InputSources {
   void reportMissingLanguages();
 
   X11Connection& connection_;
-  PostedKeys& posted_;
-  InputGroup& group_;
+  guard::PostedKeys& posted_;
+  guard::InputGroup& group_;
   Log& log_;
   bool isRead_ = false;
   std::vector<std::shared_ptr<const InputSource>> sources_;

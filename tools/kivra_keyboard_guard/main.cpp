@@ -1,4 +1,6 @@
-#include "platform/x11/guard_main.h"
+#include <unistd.h>
+
+#include "platform/x11/guard/x11_guard_display.h"
 
 namespace {
 
@@ -7,4 +9,5 @@ constexpr int channelFd = 3;
 
 }  // namespace
 
-int main() { return kivra::x11::runKeyboardGuard(channelFd); }
+// Nothing that a library does at the end of a process may keep the keyboard.
+int main() { ::_exit(kivra::guard::runGuard(kivra::x11::x11GuardDisplay(), channelFd)); }

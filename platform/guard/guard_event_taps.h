@@ -1,0 +1,76 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include "platform/event_tap.h"
+#include "platform/guard/guard_link.h"
+#include "platform/guard/input_group.h"
+#include "platform/guard/posted_keys.h"
+#include "platform/guard/watch_fd.h"
+#include "platform/log.h"
+#include "platform/run_loop.h"
+
+namespace kivra::guard {
+
+/// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
+/// back. A guard that has ended is replaced.
+class GuardEventTaps : public EventTaps {
+ public:
+  struct Environment {
+    GuardLink& guard;
+    PostedKeys& posted;
+    InputGroup& group;
+    RunLoop& runLoop;
+    Log& log;
+    WatchFd watchFd;
+    std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
+    /// A selection stands in the focused field behind at least so many characters.
+    std::function<bool(std::size_t characters)> hasSelectionBehind;
+    /// What the application in front needs between erasing and typing.
+    std::function<std::chrono::milliseconds()> pauseAfterErasing;
+    std::function<void()> postRefused;
+  };
+
+  explicit GuardEventTaps(Environment environment);
+  ~GuardEventTaps() override;
+
+  std::shared_ptr<EventTapPort> eventTapCreate(std::uint64_t mask,
+                                               EventTapCallback callback) override;
+  std::shared_ptr<RunLoopSource> createRunLoopSource(EventTapPort& port) override;
+  void runLoopAddSource(RunLoopSource& source) override;
+  void runLoopRemoveSource(RunLoopSource& source) override;
+  void eventTapEnable(EventTapPort& port, bool enable) override;
+  void setConsumableKeys(const std::vector<KeyChord>& keys) override;
+
+ private:
+  struct Tap;
+  struct Source;
+
+  void attach(bool attached);
+  void readReports();
+  void handle(const Report& report);
+  void handleEvent(const Report& report);
+  bool handleNotice(const Report& report);
+  EventVerdict callTap(const Report& report);
+  void flushPosted();
+  void sendKeys(const Order& order, std::vector<PostedKey> keys);
+  void prepareErasing(std::vector<PostedKey>& keys) const;
+  void replaceGuard();
+  void configureGuard();
+
+  Environment environment_;
+  std::weak_ptr<Tap> tap_;
+  std::vector<Chord> chords_;
+  bool isEnabled_ = false;
+  bool isInCallback_ = false;
+  bool isReady_ = false;  // the guard that runs has said so
+  std::shared_ptr<void> watch_;
+  std::shared_ptr<GuardEventTaps*> self_;  // emptied first, for blocks that come later
+};
+
+}  // namespace kivra::guard

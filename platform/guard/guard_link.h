@@ -1,0 +1,54 @@
+#pragma once
+
+#include <sys/types.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/guard/protocol/guard_protocol.h"
+
+namespace kivra::guard {
+
+/// The program's end of the keyboard guard: starts the process and talks to it. The guard ends by
+/// itself when the link is closed.
+class GuardLink {
+ public:
+  /// `program` is the guard's executable.
+  explicit GuardLink(std::string program) : program_(std::move(program)) {}
+  ~GuardLink() { stop(); }
+  GuardLink(const GuardLink&) = delete;
+  GuardLink& operator=(const GuardLink&) = delete;
+
+  /// Starts a guard, which reports when it is ready; false when no process can be started. Lets go
+  /// of the one that ran before.
+  bool start();
+  void stop();
+
+  /// -1 while no guard runs.
+  int fd() const { return fd_; }
+
+  /// Orders to a guard that is gone, or that has not read for half a second, are lost.
+  void send(const Order& order);
+  void send(Order order, const std::vector<PostedKey>& keys);
+  void send(Order order, const std::vector<Chord>& chords);
+
+  /// The next report, without waiting.
+  std::optional<Report> receive();
+  /// The guard has closed its end.
+  bool isGone() const { return isGone_; }
+  /// The guard is of another build than the program.
+  bool isForeignBuild() const { return isForeignBuild_; }
+
+ private:
+  bool spawn();
+  void reap();
+
+  std::string program_;
+  int fd_ = -1;
+  std::vector<pid_t> processes_;  // started and not yet known to have ended
+  bool isGone_ = true;
+  bool isForeignBuild_ = false;
+};
+
+}  // namespace kivra::guard

@@ -1,0 +1,133 @@
+#include "platform/guard/process/guard_process.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/mman.h>
+#include <sys/prctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <cstdlib>
+#include <exception>
+#include <fstream>
+#include <iostream>
+#include <vector>
+
+#include "platform/guard/process/guard_channel.h"
+#include "platform/guard/process/guard_watcher.h"
+#include "platform/guard/process/heartbeat.h"
+#include "platform/guard/process/keyboard_guard.h"
+
+namespace kivra::guard {
+
+namespace {
+
+/// Keys must not wait for a disk. Locks as much as the user's limit allows.
+void lockMemory() {
+  if (::mlockall(MCL_CURRENT | MCL_ONFAULT) == 0) return;
+  std::ifstream maps("/proc/self/maps");
+  for (std::string line; std::getline(maps, line);) {
+    const auto begin = std::strtoul(line.c_str(), nullptr, 16);
+    const auto end = std::strtoul(line.c_str() + line.find('-') + 1, nullptr, 16);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the addresses are the system's own
+    if (::mlock2(reinterpret_cast<const void*>(begin), end - begin, MLOCK_ONFAULT) != 0) return;
+  }
+}
+
+int millisecondsUntil(std::optional<KeyboardGuard::Clock::time_point> deadline) {
+  if (!deadline) return -1;
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(*deadline - KeyboardGuard::Clock::now());
+  return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
+}
+
+/// Waits for input, for the time of the guard's next step, or for the end of the watcher, which
+/// holds the other end of `lifeline`: then answers false.
+bool waitForWork(const Seat& seat, const GuardChannel& channel, int lifeline, int timeout) {
+  const auto writable = static_cast<short>(channel.hasBacklog() ? POLLOUT : 0);
+  std::vector<pollfd> waited = {
+      {.fd = lifeline, .events = POLLIN, .revents = 0},
+      {.fd = channel.fd(), .events = static_cast<short>(POLLIN | writable), .revents = 0}};
+  for (const auto fd : seat.fds()) waited.push_back({.fd = fd, .events = POLLIN, .revents = 0});
+  ::poll(waited.data(), waited.size(), timeout);
+  return waited[0].revents == 0;
+}
+
+void serve(Seat& seat, GuardChannel& channel, Heartbeat& heartbeat, int lifeline) {
+  KeyboardGuard guard(seat, channel);
+  guard.announce();
+  bool isWatched = true;
+  while (isWatched && channel.isOpen()) {
+    heartbeat.beginWork();
+    if (!seat.dispatch(guard)) return;
+    guard.serve(KeyboardGuard::Clock::now());
+    channel.flush();
+    seat.flush();
+    heartbeat.rest();
+    isWatched = waitForWork(seat, channel, lifeline, millisecondsUntil(guard.deadline()));
+  }
+  guard.letGo();
+  seat.flush();
+}
+
+int guardMain(const GuardDisplay& display, int channelFd, Heartbeat& heartbeat, int lifeline) {
+  ::prctl(PR_SET_NAME, "keyboard-guard");
+  GuardChannel channel(channelFd);
+  channel.sendHello();
+  try {
+    const auto seat = display.openSeat();
+    lockMemory();
+    serve(*seat, channel, heartbeat, lifeline);
+  } catch (const std::exception& error) {
+    std::cerr << "Kivra: " << error.what() << '\n';
+    channel.send({.kind = ReportKind::unavailable});
+    return EXIT_FAILURE;
+  }
+  if (channel.isForeignBuild()) {
+    std::cerr << "Kivra: программа и сторож клавиатуры разных версий\n";
+    return EXIT_FAILURE;
+  }
+  return EXIT_SUCCESS;
+}
+
+void ignoreTerminal() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGTSTP, SIGTTIN, SIGTTOU, SIGPIPE}) {
+    std::signal(signal, SIG_IGN);
+  }
+}
+
+}  // namespace
+
+int runGuard(const GuardDisplay& display, int channelFd) {
+  ::setsid();
+  ignoreTerminal();
+  sigset_t signals;
+  sigemptyset(&signals);
+  sigaddset(&signals, SIGCHLD);
+  ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+  auto& heartbeat = Heartbeat::shared();
+  std::array<int, 2> lifeline{};
+  if (::pipe2(lifeline.data(), O_CLOEXEC) != 0) return EXIT_FAILURE;
+  const auto guard = ::fork();
+  if (guard < 0) return EXIT_FAILURE;
+  if (guard == 0) {
+    ::close(lifeline[1]);
+    ::_exit(guardMain(display, channelFd, heartbeat, lifeline[0]));
+  }
+  ::close(lifeline[0]);
+  ::prctl(PR_SET_NAME, "keyboard-watch");
+  try {
+    const auto rescue = display.openRescue();
+    GuardWatcher(guard, heartbeat, *rescue).watch();
+    rescue->letGoOfKeys();
+  } catch (const std::exception&) {
+    // The guard meets the same display and says what it lacks.
+  }
+  // Only now does the program learn that the guard has ended, and may start another.
+  ::close(channelFd);
+  return EXIT_SUCCESS;
+}
+
+}  // namespace kivra::guard

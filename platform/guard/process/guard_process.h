@@ -1,0 +1,39 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "platform/guard/process/seat.h"
+
+namespace kivra::guard {
+
+/// What puts the keyboard right after a guard has ended, on a connection of its own.
+class KeyboardRescue {
+ public:
+  virtual ~KeyboardRescue() = default;
+
+  /// Readable when the display has sent something; -1 for none. `readEvents` answers false once the
+  /// display is gone.
+  virtual int fd() const = 0;
+  virtual bool readEvents() = 0;
+
+  /// Lets go of every key that a guard has left down and no hand holds.
+  virtual void letGoOfKeys() = 0;
+};
+
+/// How a guard and its watcher reach the display. Both throw std::runtime_error, with a line for
+/// the user, when it lacks something.
+struct GuardDisplay {
+  std::function<std::unique_ptr<Seat>()> openSeat;
+  std::function<std::unique_ptr<KeyboardRescue>()> openRescue;
+};
+
+/// Runs a guard and its watcher, a process each, in a session of their own, so that what stops or
+/// interrupts the program from its terminal reaches neither. The guard serves the program at the
+/// other end of `channelFd` until either is gone; the watcher ends a guard that has been stopped
+/// for 0.3 s or at work for 3 s, and lets go of what an ended guard has left down. Answers the exit
+/// status; `_exit` is meant to follow.
+int runGuard(const GuardDisplay& display, int channelFd);
+
+}  // namespace kivra::guard

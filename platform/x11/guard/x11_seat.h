@@ -1,0 +1,84 @@
+#pragma once
+
+#include <X11/Xlib.h>
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "platform/guard/process/seat.h"
+#include "platform/x11/guard/device_maps.h"
+#include "platform/x11/guard/focus_watch.h"
+#include "platform/x11/guard/keyboards.h"
+#include "platform/x11/guard/spare_keys.h"
+#include "platform/x11/guard/x_display.h"
+#include "platform/x11/guard/xtest_keyboard.h"
+
+union _XkbEvent;
+
+namespace kivra::x11 {
+
+/// An X11 session's keyboard: the user's devices are held and float, and every key goes on through
+/// XTEST, from one device and in one order. The server gives the devices back when this connection
+/// ends.
+class X11Seat : public guard::Seat {
+ public:
+  /// Throws std::runtime_error when the server lacks what that needs.
+  X11Seat();
+  ~X11Seat() override;
+  X11Seat(const X11Seat&) = delete;
+  X11Seat& operator=(const X11Seat&) = delete;
+
+  std::vector<int> fds() const override { return {ConnectionNumber(display_.get()), timer_}; }
+  bool dispatch(guard::SeatListener& listener) override;
+  void flush() override;
+
+  const KeyMap& keyMap() const override { return keyMap_; }
+  std::uint32_t group() override;
+
+  void pass(const guard::SeatKey& key) override;
+  void drop(const guard::SeatKey& /*key*/) override {}
+  void type(const guard::Steps& steps) override;
+
+ private:
+  void selectEvents();
+  void take(XEvent& event, guard::SeatListener& listener);
+  void takeInput(XGenericEventCookie& cookie, guard::SeatListener& listener);
+  void takeKey(const void* data, bool isDown, guard::SeatListener& listener);
+  void takeXkb(const _XkbEvent& event);
+
+  void settle(guard::SeatListener& listener);
+  void updateKeyboards(guard::SeatListener& listener);
+  void releaseKeysOf(int device, guard::SeatListener& listener);
+  void tellSecrecy(guard::SeatListener& listener);
+  void setTimer(bool isOn);
+
+  void useMapOf(int device);
+  void readMap();
+  void spreadMap();
+  void copyState(int device);
+
+  DisplayPointer display_;
+  int inputOpcode_ = 0;
+  int xkbEvent_ = 0;
+  XtestKeyboard xtest_;
+  Keyboards keyboards_;
+  DeviceMaps maps_;
+  SpareKeys spares_;
+  FocusWatch focus_;
+  KeyMap keyMap_;
+  std::string mapText_;                  // XTEST's, as it was given to it or found there
+  int mapOwner_ = 0;                     // the keyboard whose map XTEST has
+  std::map<int, std::string> mapTexts_;  // of the held keyboards
+  int timer_ = -1;
+  std::uint32_t group_ = 0;
+  bool isGroupKnown_ = false;
+  bool mapChanged_ = false;
+  bool stateChanged_ = false;
+  bool hierarchyChanged_ = true;
+  bool isBusyTold_ = false;
+  bool isMissingTold_ = false;
+};
+
+}  // namespace kivra::x11
