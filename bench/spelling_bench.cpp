@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/hunspell_spell_checker.h"
-#include "platform/linux/letter_code.h"
+#include "platform/spelling/hunspell_spell_checker.h"
+#include "platform/spelling/letter_code.h"
 
 namespace {
 

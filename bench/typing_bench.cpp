@@ -11,7 +11,7 @@
 #include "allocations.h"
 #include "app/kivra_app.h"
 #include "platform/embedded/embedded_desktop.h"
-#include "platform/linux/hunspell_spell_checker.h"
+#include "platform/spelling/hunspell_spell_checker.h"
 
 namespace kivra {
 namespace {

@@ -16,23 +16,12 @@ function(kivra_export_headers layer folder)
   endforeach()
 endfunction()
 
-# kivra_layer(<layer> FOLDER <folder> [LINK <target>...] [PRIVATE_LINK <target>...] [ONLY <stem>...]
-# [EXCEPT <stem>...]) makes the library kivra_<layer> of the folder's sources; ONLY and EXCEPT
-# choose among them by file name without ending.
+# kivra_layer(<layer> FOLDER <folder> [LINK <target>...] [PRIVATE_LINK <target>...]) makes the library
+# kivra_<layer> of the folder's sources.
 function(kivra_layer layer)
-  cmake_parse_arguments(ARG "" "FOLDER" "LINK;PRIVATE_LINK;ONLY;EXCEPT" ${ARGN})
+  cmake_parse_arguments(ARG "" "FOLDER" "LINK;PRIVATE_LINK" ${ARGN})
   file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${ARG_FOLDER}/*.h)
   file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${ARG_FOLDER}/*.cpp)
-  if(ARG_ONLY)
-    list(JOIN ARG_ONLY "|" stems)
-    list(FILTER headers INCLUDE REGEX "/(${stems})\\.h$")
-    list(FILTER sources INCLUDE REGEX "/(${stems})\\.cpp$")
-  endif()
-  if(ARG_EXCEPT)
-    list(JOIN ARG_EXCEPT "|" stems)
-    list(FILTER headers EXCLUDE REGEX "/(${stems})\\.h$")
-    list(FILTER sources EXCLUDE REGEX "/(${stems})\\.cpp$")
-  endif()
   kivra_export_headers(${layer} ${ARG_FOLDER} ${headers})
   if(sources)
     add_library(kivra_${layer} STATIC ${sources})

@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-#include "hotkeys/hotkey_action.h"
+#include "hotkeys/model/hotkey_action.h"
 #include "platform/clock.h"
 #include "platform/event_tap.h"
 #include "platform/events.h"

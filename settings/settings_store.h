@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "hotkeys/hotkey.h"
-#include "hotkeys/modifier_combo.h"
+#include "hotkeys/model/hotkey.h"
+#include "hotkeys/model/modifier_combo.h"
 #include "settings/engine_kind.h"
 #include "settings/setting.h"
 #include "support/observable.h"

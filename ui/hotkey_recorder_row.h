@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "hotkeys/hotkey.h"
+#include "hotkeys/model/hotkey.h"
 #include "platform/local_key_monitors.h"
 #include "support/observable.h"
 #include "support/view_builders.h"

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <memory>
 
-#include "hotkeys/hotkey.h"
+#include "hotkeys/model/hotkey.h"
 #include "layout/replacement_store.h"
 #include "platform/local_key_monitors.h"
 #include "settings/settings_store.h"

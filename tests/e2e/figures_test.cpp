@@ -15,7 +15,7 @@
 
 #include "kivra_session.h"
 #include "layout/replacement_store.h"
-#include "platform/linux/sqlite_defaults_database.h"
+#include "platform/defaults/sqlite_defaults_database.h"
 #include "screen_reader.h"
 #include "tray_host.h"
 

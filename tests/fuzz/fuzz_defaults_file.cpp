@@ -7,7 +7,7 @@
 #include <fstream>
 #include <string>
 
-#include "platform/linux/sqlite_defaults_database.h"
+#include "platform/defaults/sqlite_defaults_database.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include <string>
 #include <string_view>
 
-#include "platform/linux/affix_expander.h"
-#include "platform/linux/spelling_index.h"
-#include "platform/linux/word_frequencies.h"
-#include "platform/linux/word_splitter.h"
+#include "platform/spelling/affix_expander.h"
+#include "platform/spelling/spelling_index.h"
+#include "platform/spelling/word_frequencies.h"
+#include "platform/spelling/word_splitter.h"
 
 namespace {
 struct Enough {};

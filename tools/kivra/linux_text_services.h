@@ -1,14 +1,14 @@
 #pragma once
 
-#include "platform/linux/accessibility_bus.h"
-#include "platform/linux/atspi_accessibility.h"
-#include "platform/linux/cld2_language_recognizer.h"
-#include "platform/linux/environment_locale.h"
-#include "platform/linux/local_language_model.h"
-#include "platform/linux/offline_translation.h"
+#include "platform/atspi/accessibility_bus.h"
+#include "platform/atspi/atspi_accessibility.h"
+#include "platform/engines/local_language_model.h"
+#include "platform/engines/offline_translation.h"
+#include "platform/language/cld2_language_recognizer.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_keychain.h"
 #include "platform/run_loop.h"
+#include "platform/session/environment_locale.h"
 #include "platform/x11/x11_pasteboard.h"
 
 namespace kivra {

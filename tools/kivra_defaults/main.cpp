@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/linux/sqlite_defaults_database.h"
+#include "platform/defaults/sqlite_defaults_database.h"
 #include "value_text.h"
 
 namespace kivra {

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "platform/linux/hunspell_spell_checker.h"
+#include "platform/spelling/hunspell_spell_checker.h"
 
 namespace kivra::desk {
 

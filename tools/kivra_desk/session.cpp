@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "installed_dictionaries.h"
-#include "platform/linux/cld2_language_recognizer.h"
+#include "platform/language/cld2_language_recognizer.h"
 
 namespace kivra::desk {
 

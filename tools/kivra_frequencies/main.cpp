@@ -21,8 +21,8 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/linux/letter_code.h"
-#include "platform/linux/word_frequencies.h"
+#include "platform/spelling/letter_code.h"
+#include "platform/spelling/word_frequencies.h"
 
 namespace kivra {
 namespace {

@@ -8,7 +8,7 @@
 #include <fstream>
 
 #include "language_quality.h"
-#include "platform/linux/cld2_language_recognizer.h"
+#include "platform/language/cld2_language_recognizer.h"
 
 int main(int count, char** values) {
   std::ifstream file(count == 2 ? values[1] : "");

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/linux/hunspell_spell_checker.h"
+#include "platform/spelling/hunspell_spell_checker.h"
 #include "spelling_quality.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <array>
 #include <initializer_list>
 
-#include "platform/linux/letter_code.h"
+#include "platform/spelling/letter_code.h"
 
 namespace kivra::quality {
 namespace {

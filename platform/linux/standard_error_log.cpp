@@ -1,9 +1,0 @@
-#include "platform/linux/standard_error_log.h"
-
-#include <iostream>
-
-namespace kivra {
-
-void StandardErrorLog::log(std::string_view line) { std::cerr << line << std::endl; }
-
-}  // namespace kivra
