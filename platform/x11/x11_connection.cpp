@@ -6,6 +6,7 @@
 
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "platform/x11/xcb_pointer.h"
@@ -153,14 +154,43 @@ std::vector<std::string> X11Connection::groupNames() {
 
 xkb_keymap* X11Connection::newKeymap() {
   if (!isConnected()) return nullptr;
-  auto* const context = xkb_context_new(XKB_CONTEXT_NO_FLAGS);
-  if (context == nullptr) return nullptr;
-  const auto device = xkb_x11_get_core_keyboard_device_id(connection_);
-  auto* const keymap = device < 0 ? nullptr
-                                  : xkb_x11_keymap_new_from_device(context, connection_, device,
-                                                                   XKB_KEYMAP_COMPILE_NO_FLAGS);
-  xkb_context_unref(context);
+  const std::unique_ptr<xkb_context, void (*)(xkb_context*)> context(
+      xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
+  if (!context) return nullptr;
+  const auto mapOf = [&](std::int32_t device) {
+    return xkb_x11_keymap_new_from_device(context.get(), connection_, device,
+                                          XKB_KEYMAP_COMPILE_NO_FLAGS);
+  };
+  const auto core = xkb_x11_get_core_keyboard_device_id(connection_);
+  auto* keymap = core < 0 ? nullptr : mapOf(core);
+  if (keymap == nullptr) return nullptr;
+  // Each keyboard may have layouts of its own configuration; the core has those of the one that
+  // typed last, and of none before the first key.
+  const auto devices =
+      xkb_keymap_num_layouts(keymap) > 1 ? std::vector<std::uint16_t>{} : keyboards();
+  for (const auto device : devices) {
+    auto* const own = mapOf(device);
+    if (own != nullptr && xkb_keymap_num_layouts(own) > 1) {
+      xkb_keymap_unref(keymap);
+      return own;
+    }
+    xkb_keymap_unref(own);
+  }
   return keymap;
+}
+
+std::vector<std::uint16_t> X11Connection::keyboards() {
+  const XcbPointer<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(
+      connection_, xcb_input_xi_query_device(connection_, XCB_INPUT_DEVICE_ALL), nullptr));
+  std::vector<std::uint16_t> keyboards;
+  if (!reply) return keyboards;
+  auto info = xcb_input_xi_query_device_infos_iterator(reply.get());
+  for (; info.rem > 0; xcb_input_xi_device_info_next(&info)) {
+    const auto isSlave = info.data->type == XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD ||
+                         info.data->type == XCB_INPUT_DEVICE_TYPE_FLOATING_SLAVE;
+    if (isSlave) keyboards.push_back(info.data->deviceid);
+  }
+  return keyboards;
 }
 
 xcb_atom_t X11Connection::atom(std::string_view name) {

@@ -69,11 +69,13 @@ class X11Connection {
   /// The names of the keyboard map's groups ("English (US)"), in order; one for each group.
   std::vector<std::string> groupNames();
 
-  /// The keyboard map of the session; the caller releases it. Null when it cannot be read.
+  /// The keyboard map of the session; the caller releases it. Null when it cannot be read. Before
+  /// the first key of a session that is the map of a keyboard, not the server's own.
   xkb_keymap* newKeymap();
 
  private:
   std::string missing();
+  std::vector<std::uint16_t> keyboards();
 
   xcb_connection_t* connection_ = nullptr;
   xcb_window_t root_ = 0;

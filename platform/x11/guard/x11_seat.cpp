@@ -227,6 +227,11 @@ void X11Seat::useMapOf(int device) {
   if (isSame || text == mapText_) return;
   maps_.copy(device, xtest_.device());
   readMap();
+  // The session takes a device's map over when the device types.
+  if (const auto key = keyMap_.emptyKey(); key != 0) {
+    xtest_.send(keyCodeOf(key), true);
+    xtest_.send(keyCodeOf(key), false);
+  }
 }
 
 void X11Seat::readMap() {
