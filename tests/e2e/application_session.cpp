@@ -24,7 +24,7 @@ void ApplicationSession::set(const std::string& key, const std::vector<std::stri
 
 void ApplicationSession::waitUntilCorrecting() {
   TestWindow window(session.display());
-  Typist typist(session.display());
+  Typist typist(session);
   const auto isCorrected = [&] {
     window.clear();
     typist.type("ghbdtn ");
@@ -96,8 +96,8 @@ bool ApplicationSession::hasFocus(const std::string& windowClass) {
 }
 
 std::string ApplicationSession::copyAll() {
-  session.run({"xdotool", "key", "--clearmodifiers", "ctrl+a"});
-  session.run({"xdotool", "key", "--clearmodifiers", "ctrl+c"});
+  press("ctrl+a");
+  press("ctrl+c");
   std::this_thread::sleep_for(100ms);
   return session.run({"timeout", "2", "xclip", "-selection", "clipboard", "-o"});
 }

@@ -33,7 +33,7 @@ class ApplicationSession {
   std::string windowName() { return session.run({"xdotool", "getactivewindow", "getwindowname"}); }
 
   void set(const std::string& key, const std::vector<std::string>& value);
-  void press(const std::string& chord) { session.run({"xdotool", "key", chord}); }
+  void press(const std::string& chord) { Typist(session).chord(chord); }
 
   XSession session;
 

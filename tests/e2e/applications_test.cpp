@@ -35,13 +35,11 @@ class Applications : public testing::Test {
     desktop.startKivra();
   }
 
-  /// The same in every application: a word by xdotool, others at a brisk pace, a replacement in
-  /// either layout.
+  /// The same in every application: words at a brisk pace, a replacement in either layout.
   void typeSample() {
-    desktop.session.run({"xdotool", "type", "--delay", "30", "ghbdtn "});
-    Typist typist(desktop.session.display());
+    Typist typist(desktop.session);
     typist.setPace(5ms, 10ms);
-    typist.type("hello vfibyf keyboard ckjdj smile ghbdtn hello smile ");
+    typist.type("ghbdtn hello vfibyf keyboard ckjdj smile ghbdtn hello smile ");
   }
 
   const std::string sample =
@@ -76,7 +74,7 @@ TEST_F(Applications, QtEditor) {
 TEST_F(Applications, Terminal) {
   desktop.openTerminal("cat >'" + desktop.session.path("typed").string() + "'");
   typeSample();
-  Typist(desktop.session.display()).tap(keys::enter);
+  Typist(desktop.session).tap(keys::enter);
   const auto expected = sample + "\n";
   waitFor([&] { return desktop.session.readFile("typed") == expected; }, 5s);
   EXPECT_EQ(desktop.session.readFile("typed"), expected);

@@ -132,7 +132,7 @@ TEST(Figures, Start) {
   const auto start = Clock::now();
   const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
   const auto grabbed = std::async(
-      std::launch::async, [&] { return waitFor([&] { return session.isSpaceGrabbed(); }); });
+      std::launch::async, [&] { return waitFor([&] { return session.isKeyboardHeld(); }); });
   host.waitForItem();
   const auto untilItem = millisecondsSince(start);
   grabbed.wait();

@@ -17,7 +17,7 @@ struct KivraSession {
 
   XSession session;
   TestWindow window{session.display()};
-  Typist typist{session.display()};
+  Typist typist{session};
 };
 
 /// What the embedded desktop makes of the keys that give this text in the English layout.

@@ -15,7 +15,7 @@ std::string found(ApplicationSession& desktop, const std::string& typed, const s
   desktop.open({"zenity", "--list", "--column=line", "hello kitty", "привет всем", "hello there",
                 "привет мир", "the last", "мир"},
                "enity", log);
-  Typist typist(desktop.session.display());
+  Typist typist(desktop.session);
   typist.selectGroup(0);
   typist.setPace(5ms, 25ms);
   typist.type(typed);
@@ -36,7 +36,7 @@ TEST(Popups, CompletionsOfAQtFieldTakeSpace) {
   ApplicationSession desktop;
   desktop.startKivra();
   desktop.open({KIVRA_QT_FORM}, "qt_form", "line");
-  Typist typist(desktop.session.display());
+  Typist typist(desktop.session);
   typist.setPace(5ms, 45ms);
   typist.tap(keys::tab);
   typist.type("hello t");

@@ -26,7 +26,7 @@ struct ChangedSettings {
 
   /// Leaves its settings window open, with a text begun.
   void change() {
-    EXPECT_TRUE(waitFor([&] { return session.isSpaceGrabbed(); }, 20s));
+    EXPECT_TRUE(waitFor([&] { return session.isKeyboardHeld(); }, 20s));
     const auto& bus = session.environment().at("DBUS_SESSION_BUS_ADDRESS");
     const TrayHost host(bus);
     host.waitForItem();

@@ -24,7 +24,7 @@ class SharedSession : public testing::Test {
   }
 
   static inline std::unique_ptr<ApplicationSession> desktop;
-  Typist typist{desktop->session.display()};
+  Typist typist{desktop->session};
 };
 
 }  // namespace kivra::e2e

@@ -36,10 +36,12 @@ TEST(Survival, StoppedProgramLetsTheKeyPassInItsPlace) {
   const auto frozen = millisecondsSince(start);
   std::cout << "[ FIGURES  ] stopped program: keyboard back after " << frozen << " ms\n";
   EXPECT_LT(frozen, 1000);
-  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+  const auto second = Clock::now();
+  desktop.typist.type(" ghbdtn ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn vbh ghbdtn "), "ghbdtn vbh ghbdtn ");
+  EXPECT_LT(millisecondsSince(second), 500) << "only the first key waits";
   desktop.session.kivra().signal(SIGCONT);
-  EXPECT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
-  EXPECT_TRUE(corrects(desktop));
+  EXPECT_TRUE(waitFor([&] { return corrects(desktop); }));
 }
 
 TEST(Survival, WordBegunWhileStoppedIsNotTouchedAfterwards) {
@@ -52,7 +54,6 @@ TEST(Survival, WordBegunWhileStoppedIsNotTouchedAfterwards) {
   desktop.typist.type("bdtn");
   desktop.window.textAfter("gh a bdtn");
   desktop.session.kivra().signal(SIGCONT);
-  ASSERT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
   desktop.typist.type(" ");
   EXPECT_EQ(desktop.window.textAfter("gh a bdtn "), "gh a bdtn ");
 }
@@ -67,7 +68,7 @@ TEST(Survival, KilledProgramInTheMiddleOfADecisionLosesNoKey) {
   const auto frozen = millisecondsSince(start);
   std::cout << "[ FIGURES  ] killed program: keyboard back after " << frozen << " ms\n";
   EXPECT_LT(frozen, 1000);
-  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+  EXPECT_TRUE(waitFor([&] { return !desktop.session.isKeyboardHeld(); }));
 }
 
 /// After a pause of so many seconds; in the longer one the program's watch over the guard sleeps.
@@ -89,7 +90,7 @@ TEST_P(StoppedGuard, IsReplaced) {
   const auto frozen = millisecondsSince(start);
   std::cout << "[ FIGURES  ] stopped guard: keyboard back after " << frozen << " ms\n";
   EXPECT_LT(frozen, 3000);
-  EXPECT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); }));
+  EXPECT_TRUE(waitFor([&] { return desktop.session.isKeyboardHeld(); }));
   EXPECT_TRUE(corrects(desktop));
 }
 
@@ -100,23 +101,20 @@ TEST(Survival, KilledGuardIsReplaced) {
   ::kill(guard, SIGKILL);
   EXPECT_TRUE(waitFor([&] {
     const auto next = desktop.session.guardPid();
-    return next != 0 && next != guard && desktop.session.isSpaceGrabbed();
+    return next != 0 && next != guard && desktop.session.isKeyboardHeld();
   }));
   EXPECT_TRUE(corrects(desktop));
 }
 
-/// The program posts an undo; before the guard can freeze the keyboard for it, Space is pressed.
-TEST(Survival, KeyPressedJustBeforeAFreezeIsNotLost) {
+TEST(Survival, KeyPressedRightBehindAnUndoComesBehindIt) {
   KivraSession desktop;
   desktop.typist.type("ghbdtn ");
   ASSERT_EQ(desktop.window.textAfter("привет "), "привет ");
-  desktop.typist.holdServer();
+  desktop.typist.setPace(0us, 0us);
   desktop.typist.tap(keys::shift);
   desktop.typist.tap(keys::shift);
-  std::this_thread::sleep_for(200ms);
   desktop.typist.tap(keys::space);
-  desktop.typist.letServerGo();
-  EXPECT_EQ(desktop.window.textAfter("привет  "), "привет  ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn  "), "ghbdtn  ");
 }
 
 TEST(Survival, LostServerEndsTheProgramWithAMessage) {
@@ -131,7 +129,7 @@ TEST(Survival, TerminatedProgramLetsGoOfEverything) {
   KivraSession desktop;
   desktop.session.kivra().signal(SIGTERM);
   EXPECT_EQ(desktop.session.kivra().wait(5s), 0);
-  EXPECT_TRUE(waitFor([&] { return !desktop.session.isSpaceGrabbed(); }));
+  EXPECT_TRUE(waitFor([&] { return !desktop.session.isKeyboardHeld(); }));
   desktop.typist.type("ghbdtn ");
   EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
 }

@@ -87,7 +87,7 @@ class TextActions : public testing::Test {
 
   ModelServer server;
   ApplicationSession desktop;
-  Typist typist{desktop.session.display()};
+  Typist typist{desktop.session};
   std::string image;
   std::unique_ptr<ChildProcess> owner;
 };

@@ -60,13 +60,15 @@ TEST(Traps, HeldShiftIsTakenAwayAndGivenBack) {
   EXPECT_EQ(desktop.window.textAfter("привет Аа"), "привет Аа");
 }
 
-TEST(Traps, CapsLockDoesNotTurnTheCorrection) {
+/// What is typed in capitals comes out in capitals, and the lock stays on.
+TEST(Traps, CapsLockHoldsForTheCorrection) {
   KivraSession desktop;
   desktop.typist.tap(keys::capsLock);
   desktop.typist.type("ghbdtn ");
-  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.window.textAfter("ПРИВЕТ "), "ПРИВЕТ ");
+  desktop.typist.tap(keys::capsLock);
   desktop.typist.type("f");
-  EXPECT_EQ(desktop.window.textAfter("привет А"), "привет А");
+  EXPECT_EQ(desktop.window.textAfter("ПРИВЕТ а"), "ПРИВЕТ а");
 }
 
 TEST(Traps, HeldLetterIsTypedAgain) {
@@ -108,7 +110,7 @@ TEST_P(FocusTrap, OtherWindowIsNotErasedIn) {
   desktop.typist.type("ghbdtn");
   desktop.window.textAfter("ghbdtn");
   TestWindow other(desktop.session.display());
-  ASSERT_TRUE(waitFor([&] { return desktop.session.isSpaceGrabbed(); })) << "follows the focus";
+  ASSERT_TRUE(waitFor([&] { return desktop.session.isKeyboardHeld(); })) << "follows the focus";
   desktop.typist.type(" ");
   EXPECT_EQ(other.textAfter(" "), " ");
   EXPECT_FALSE(hasPress(other, keys::backspace));
@@ -165,7 +167,7 @@ TEST(Traps, UnboundHotkeyReachesTheApplication) {
   session.run({KIVRA_DEFAULTS, "write", "kivra.pauseAsManualSwitch", "-bool", "false"});
   session.startKivra();
   TestWindow window(session.display());
-  Typist typist(session.display());
+  Typist typist(session);
   typist.type("ghbdtn");
   typist.tap(keys::pause);
   EXPECT_EQ(window.textAfter("ghbdtn"), "ghbdtn");
@@ -200,7 +202,9 @@ TEST(Traps, KeysRepeatAsWithoutTheProgram) {
   EXPECT_NEAR(with, without, 3);
 }
 
-TEST(Traps, RepeatedBackspaceIsCounted) {
+/// How often the server repeats a key for the application cannot be known: nothing may be erased by
+/// count behind it.
+TEST(Traps, RepeatedBackspaceEndsTheWord) {
   KivraSession desktop;
   desktop.session.run({"xset", "r", "rate", "200", "25"});
   desktop.typist.type("ghbdtnghbdtnghbdtn");
@@ -210,23 +214,22 @@ TEST(Traps, RepeatedBackspaceIsCounted) {
   desktop.typist.release(keys::backspace);
   const auto left = desktop.window.textWhenQuiet();
   desktop.typist.type(std::string("ghbdtn").substr(std::min<std::size_t>(left.size(), 6)) + " ");
-  EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");
+  EXPECT_EQ(desktop.window.textAfter("ghbdtn "), "ghbdtn ");
 }
 
-TEST(Traps, KeyOfAnotherProgramIsLeftToIt) {
+/// Keys come to Kivra before they come to anybody's grabs.
+TEST(Traps, HotkeyWorksWhereAnotherProgramGrabsTheKey) {
   XSession session;
   auto* const other = XOpenDisplay(session.display().c_str());
   ASSERT_NE(other, nullptr);
   XGrabKey(other, keys::pause, 0, DefaultRootWindow(other), False, GrabModeAsync, GrabModeAsync);
   XSync(other, False);
   session.startKivra();
-  EXPECT_TRUE(
-      waitFor([&] { return session.kivraLog().find("клавиша 113 занята") != std::string::npos; }));
   TestWindow window(session.display());
-  Typist typist(session.display());
+  Typist typist(session);
   typist.type("ghbdtn");
   typist.tap(keys::pause);
-  EXPECT_EQ(window.textWhenQuiet(), "ghbdtn");
+  EXPECT_EQ(window.textAfter("привет"), "привет");
   XCloseDisplay(other);
 }
 
@@ -251,7 +254,7 @@ TEST(Traps, WorksOnAfterTheKeyboardMapChanged) {
   KivraSession desktop;
   desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", "ctrl:nocaps"});
   desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", ""});
-  waitFor([&] { return desktop.session.isSpaceGrabbed(); });
+  waitFor([&] { return desktop.session.isKeyboardHeld(); });
   desktop.typist.selectGroup(0);
   desktop.typist.type("ghbdtn ");
   EXPECT_EQ(desktop.window.textAfter("привет "), "привет ");

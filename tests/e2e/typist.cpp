@@ -4,6 +4,8 @@
 #include <X11/extensions/XInput2.h>
 #include <X11/extensions/XTest.h>
 
+#include <algorithm>
+#include <array>
 #include <stdexcept>
 #include <thread>
 
@@ -12,8 +14,35 @@
 
 namespace kivra::e2e {
 
-Typist::Typist(const std::string& display) : display_(XOpenDisplay(display.c_str())) {
-  if (display_ == nullptr) throw std::runtime_error("no display " + display);
+namespace {
+
+using namespace std::chrono_literals;
+
+const std::map<std::string_view, std::uint8_t>& namedKeys() {
+  static const std::map<std::string_view, std::uint8_t> names = {{"ctrl", keys::control},
+                                                                 {"shift", keys::shift},
+                                                                 {"alt", keys::alt},
+                                                                 {"super", 133},
+                                                                 {"BackSpace", keys::backspace},
+                                                                 {"Tab", keys::tab},
+                                                                 {"Return", keys::enter},
+                                                                 {"Escape", keys::escape},
+                                                                 {"space", keys::space},
+                                                                 {"End", 115},
+                                                                 {"Left", 113},
+                                                                 {"Home", 110},
+                                                                 {"Delete", 119},
+                                                                 {"F4", 70}};
+  return names;
+}
+
+}  // namespace
+
+Typist::Typist(XSession& session)
+    : session_(session),
+      keyboard_(&session.server().keyboard()),
+      display_(XOpenDisplay(session.display().c_str())) {
+  if (display_ == nullptr) throw std::runtime_error("no display " + session.display());
   const auto layout = XkbLayout::named("us");
   constexpr std::uint16_t keyLimit = 64;  // no keypad
   for (const auto shift : {false, true}) {
@@ -28,34 +57,79 @@ Typist::Typist(const std::string& display) : display_(XOpenDisplay(display.c_str
 
 Typist::~Typist() { XCloseDisplay(display_); }
 
-void Typist::setPace(std::chrono::microseconds hold, std::chrono::microseconds gap) {
-  hold_ = hold;
-  gap_ = gap;
+void Typist::use(int keyboard, bool isReopened) {
+  keyboard_ = &session_.server().keyboard(keyboard, isReopened);
 }
 
-void Typist::type(std::string_view text) {
-  next_ = std::chrono::steady_clock::now();
-  for (const auto character : text) {
-    const auto& key = keys_.at(character);
-    if (key.shift) send(keys::shift, true);
-    tap(key.code);
-    if (key.shift) send(keys::shift, false);
+void Typist::setHand(std::chrono::milliseconds key, bool isRolling) {
+  if (key >= 30ms) {
+    pace_ = {.key = key, .hold = 85ms, .isUneven = true};
+  } else {
+    pace_ = {.key = key, .hold = isRolling ? 1500us * key.count() : 500us * key.count()};
   }
 }
 
-void Typist::tap(std::uint8_t code) {
-  send(code, true);
-  pause(hold_);
-  send(code, false);
-  pause(gap_);
+std::chrono::microseconds Typist::nextHold() {
+  if (!pace_.isUneven) return pace_.hold;
+  // The constants are those of the C standard's example of rand.
+  random_ = random_ * 1103515245 + 12345;
+  const auto percent = 60 + (random_ >> 16) % 81;
+  return pace_.hold * percent / 100;
 }
 
-void Typist::press(std::uint8_t code) { send(code, true); }
-void Typist::release(std::uint8_t code) { send(code, false); }
+std::vector<Typist::Event> Typist::eventsOf(std::string_view text) {
+  std::vector<Event> events;
+  std::map<std::uint8_t, std::size_t> releases;  // where in `events` each key was last let go of
+  auto time = 0us;
+  bool isShiftDown = false;
+  for (const auto character : text) {
+    const auto& key = keys_.at(character);
+    if (key.shift != isShiftDown) events.push_back({time - pace_.key / 4, keys::shift, key.shift});
+    isShiftDown = key.shift;
+    if (const auto last = releases.find(key.code); last != releases.end()) {
+      auto& release = events[last->second];
+      release.time = std::min(release.time, time - pace_.key / 4);
+    }
+    events.push_back({time, key.code, true});
+    releases[key.code] = events.size();
+    events.push_back({time + nextHold(), key.code, false});
+    time += pace_.key;
+  }
+  if (isShiftDown) events.push_back({time - pace_.key / 4, keys::shift, false});
+  std::ranges::stable_sort(events, {}, &Event::time);
+  return events;
+}
+
+void Typist::type(std::string_view text) {
+  // A key that would be late for the one before it comes at its own time: the pace is even.
+  const auto start = std::chrono::steady_clock::now() + pace_.key / 4;
+  for (const auto& event : eventsOf(text)) {
+    if (pace_.key > 0us) std::this_thread::sleep_until(start + event.time);
+    keyboard_->key(event.code, event.isDown);
+  }
+  if (pace_.key > 0us) std::this_thread::sleep_for(std::max(0us, pace_.key - pace_.hold));
+}
+
+void Typist::tap(std::uint8_t code) {
+  press(code);
+  std::this_thread::sleep_for(pace_.hold);
+  release(code);
+  std::this_thread::sleep_for(std::max(0us, pace_.key - pace_.hold));
+}
 
 void Typist::chord(const std::vector<std::uint8_t>& codes) {
-  for (const auto code : codes) send(code, true);
-  for (auto code = codes.rbegin(); code != codes.rend(); ++code) send(*code, false);
+  for (const auto code : codes) press(code);
+  for (auto code = codes.rbegin(); code != codes.rend(); ++code) release(*code);
+}
+
+void Typist::chord(std::string_view names) {
+  std::vector<std::uint8_t> codes;
+  while (!names.empty()) {
+    const auto name = names.substr(0, names.find('+'));
+    codes.push_back(name.size() == 1 ? keys_.at(name[0]).code : namedKeys().at(name));
+    names.remove_prefix(std::min(names.size(), name.size() + 1));
+  }
+  chord(codes);
 }
 
 void Typist::click() {
@@ -110,17 +184,16 @@ unsigned int Typist::group() {
   return state.group;
 }
 
-void Typist::send(std::uint8_t code, bool down) {
-  XTestFakeKeyEvent(display_, code, down ? True : False, CurrentTime);
-  XFlush(display_);
+unsigned int Typist::locks() {
+  XkbStateRec state{};
+  XkbGetState(display_, XkbUseCoreKbd, &state);
+  return state.locked_mods;
 }
 
-void Typist::pause(std::chrono::microseconds duration) {
-  if (duration.count() == 0) return;
-  // Against the clock, so that the pace is even on average.
-  const auto now = std::chrono::steady_clock::now();
-  next_ = (next_ < now - std::chrono::milliseconds(50) ? now : next_) + duration;
-  std::this_thread::sleep_until(next_);
+bool Typist::isAnyKeyDown() {
+  std::array<char, 32> keys{};
+  XQueryKeymap(display_, keys.data());
+  return std::ranges::any_of(keys, [](char byte) { return byte != 0; });
 }
 
 }  // namespace kivra::e2e

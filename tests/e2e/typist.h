@@ -9,6 +9,9 @@
 #include <string_view>
 #include <vector>
 
+#include "keyboard.h"
+#include "x_session.h"
+
 namespace kivra::e2e {
 
 /// X key codes of keys that have no character, and of some that do.
@@ -28,26 +31,47 @@ inline constexpr std::uint8_t pause = 127;
 inline constexpr std::uint8_t p = 33;
 }  // namespace keys
 
-/// A person at the keyboard: presses keys at an even pace through XTEST, each character with the
-/// key that gives it in the English layout, whatever layout is selected.
+/// How keys follow each other.
+struct Pace {
+  std::chrono::microseconds key{10000};  ///< from one press to the next
+  /// How long each key is held, as far as it is not pressed again meanwhile; longer than `key` for
+  /// hands that roll.
+  std::chrono::microseconds hold{1000};
+  bool isUneven = false;  ///< `hold` varies by up to two fifths, as hands do
+};
+
+/// A person at the keyboard: presses the keys of a device, each character with the key that gives
+/// it in the English layout, whatever layout is selected.
 class Typist {
  public:
-  explicit Typist(const std::string& display);
+  explicit Typist(XSession& session);
   ~Typist();
   Typist(const Typist&) = delete;
   Typist& operator=(const Typist&) = delete;
 
+  void setPace(const Pace& pace) { pace_ = pace; }
   /// The time between a press and its release, and from there to the next press.
-  void setPace(std::chrono::microseconds hold, std::chrono::microseconds gap);
+  void setPace(std::chrono::microseconds hold, std::chrono::microseconds gap) {
+    pace_ = {.key = hold + gap, .hold = hold};
+  }
+  /// A hand at this pace: from 30 ms a key on it holds keys for 50 to 120 ms, below that for half
+  /// again the pace if it rolls, and for half the pace if not.
+  void setHand(std::chrono::milliseconds key, bool isRolling);
 
   void type(std::string_view text);
   void tap(std::uint8_t code);
-  void press(std::uint8_t code);
-  void release(std::uint8_t code);
+  void press(std::uint8_t code) { keyboard_->key(code, true); }
+  void release(std::uint8_t code) { keyboard_->key(code, false); }
 
   /// The keys held while the last is tapped.
   void chord(const std::vector<std::uint8_t>& codes);
+  /// The same by names: "ctrl+shift+Left". Throws std::out_of_range for a name that is not known.
+  void chord(std::string_view names);
   void click();
+
+  /// Types on another keyboard of the server from now on, or on the same one after it was switched
+  /// off and on again.
+  void use(int keyboard, bool isReopened = false);
 
   /// Lets the server serve nobody else meanwhile; keys are typed all the same.
   void holdServer();
@@ -60,21 +84,31 @@ class Typist {
   /// Selects an XKB group, as a desktop's own switcher does.
   void selectGroup(unsigned int group);
   unsigned int group();
+  /// The modifiers that are locked: Caps Lock, Num Lock.
+  unsigned int locks();
+  /// Whether any key is down for the applications.
+  bool isAnyKeyDown();
 
  private:
-  void send(std::uint8_t code, bool down);
-  void pause(std::chrono::microseconds duration);
-
   struct Key {
     std::uint8_t code = 0;
     bool shift = false;
   };
+  struct Event {
+    std::chrono::microseconds time;
+    std::uint8_t code = 0;
+    bool isDown = true;
+  };
 
+  std::vector<Event> eventsOf(std::string_view text);
+  std::chrono::microseconds nextHold();
+
+  XSession& session_;
+  Keyboard* keyboard_;
   Display* display_;
   std::map<char, Key> keys_;
-  std::chrono::microseconds hold_{1000};
-  std::chrono::microseconds gap_{9000};
-  std::chrono::steady_clock::time_point next_;
+  Pace pace_;
+  unsigned int random_ = 1;
 };
 
 }  // namespace kivra::e2e

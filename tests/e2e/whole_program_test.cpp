@@ -151,7 +151,7 @@ struct WithoutAccessibility {
 
   void expectToBeInOrder() {
     EXPECT_TRUE(waitFor([this] { return !isWindowOpen(); }));
-    EXPECT_TRUE(waitFor([this] { return session.isSpaceGrabbed(); }));
+    EXPECT_TRUE(waitFor([this] { return session.isKeyboardHeld(); }));
   }
 
   XSession session{{.accessibility = false}};
@@ -237,7 +237,7 @@ TEST(WholeProgram, EveryControlOfTheSettingsHasANameAndTakesTheFocus) {
 }
 
 TEST(WholeProgram, EveryControlOfThePermissionsHasANameAndTakesTheFocus) {
-  XSession session({.serverArguments = {"-extension", "XTEST"}});
+  XSession session({.server = {.arguments = {"-extension", "XTEST"}}});
   const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
   const ScreenReader reader(busOf(session), "Kivra");
   for (const auto* button :

@@ -8,15 +8,14 @@
 #include <vector>
 
 #include "child_process.h"
+#include "unix_socket.h"
+#include "x_server.h"
 
 namespace kivra::e2e {
 
 /// Calls `condition` until it holds, at most this long; answers whether it did.
 bool waitFor(const std::function<bool()>& condition,
              std::chrono::milliseconds timeout = std::chrono::seconds(10));
-
-/// Something accepts connections at the Unix socket of this path.
-bool isServed(const std::filesystem::path& socket);
 
 /// A login session of its own: X server, window manager, session bus with accessibility switched
 /// on, empty home. Throws std::runtime_error where one of these cannot be had.
@@ -28,7 +27,7 @@ class XSession {
     std::string xkbOptions{};
     bool windowManager = true;
     bool accessibility = true;
-    std::vector<std::string> serverArguments{};
+    XServer::Options server{};
   };
 
   XSession() : XSession(Options{}) {}
@@ -37,7 +36,8 @@ class XSession {
   XSession(const XSession&) = delete;
   XSession& operator=(const XSession&) = delete;
 
-  const std::string& display() const { return display_; }
+  XServer& server() { return *server_; }
+  const std::string& display() const { return server_->display(); }
   const Environment& environment() const { return environment_; }
 
   /// Starts a program in the session; its output goes to `log`.
@@ -47,16 +47,18 @@ class XSession {
     return outputOf(command, environment_);
   }
 
-  /// Starts Kivra and waits until it holds the keys that it may consume.
+  /// Starts Kivra and waits until its guard is the keyboard.
   ChildProcess& startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
   ChildProcess& kivra() { return *kivra_; }
   void stopKivra() { kivra_.reset(); }
 
-  /// Whether some program holds Space.
-  bool isSpaceGrabbed() const;
+  /// Whether some program holds every keyboard that is not XTEST's.
+  bool isKeyboardHeld() const;
 
-  /// The process number of Kivra's keyboard guard, 0 while there is none.
-  pid_t guardPid();
+  /// The process numbers of Kivra's keyboard guard and of the one that watches over it, 0 while
+  /// there is none.
+  pid_t guardPid() { return childOf(watcherPid()); }
+  pid_t watcherPid() { return kivra_ ? childOf(kivra_->pid()) : 0; }
 
   /// What Kivra has written to standard error.
   std::string kivraLog() const { return readFile("kivra.log"); }
@@ -64,17 +66,16 @@ class XSession {
   std::filesystem::path path(const std::string& name) const { return home_ / name; }
 
   void switchAccessibilityOn();
-  void killServer() { server_->signal(9); }
+  void killServer() { server_->kill(); }
   void killBus() { bus_->signal(9); }
 
  private:
-  void startServer(const std::vector<std::string>& arguments);
   void startBus();
+  pid_t childOf(pid_t process);
 
   std::filesystem::path home_;
-  std::string display_;
+  std::unique_ptr<XServer> server_;
   Environment environment_;
-  std::unique_ptr<ChildProcess> server_;
   std::unique_ptr<ChildProcess> bus_;
   std::unique_ptr<ChildProcess> windowManager_;
   std::unique_ptr<ChildProcess> kivra_;

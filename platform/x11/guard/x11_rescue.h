@@ -5,8 +5,9 @@
 
 namespace kivra::x11 {
 
-/// Lets go of XTEST's keys: the server gives the keyboards of an ended guard back, but it keeps the
-/// keys down that the guard had pressed.
+/// Lets go of XTEST's keys and undoes what the keyboards' controls were changed to: the server
+/// gives the keyboards of an ended guard back, but it keeps the keys down that the guard had
+/// pressed.
 class X11Rescue : public guard::KeyboardRescue {
  public:
   X11Rescue() : display_(openDisplay()) {}

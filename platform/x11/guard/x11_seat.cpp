@@ -9,7 +9,6 @@
 
 #include <algorithm>
 #include <array>
-#include <memory>
 #include <utility>
 
 #include "platform/x11/guard/x11_rescue.h"
@@ -27,36 +26,23 @@ int cleanXtestKeyboard(Display* display) {
   return xtestKeyboard(display);
 }
 
-KeyMap parsed(const std::string& text) {
-  const std::unique_ptr<xkb_context, void (*)(xkb_context*)> context(
-      xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
-  const std::unique_ptr<xkb_keymap, void (*)(xkb_keymap*)> map(
-      xkb_keymap_new_from_string(context.get(), text.c_str(), XKB_KEYMAP_FORMAT_TEXT_V1,
-                                 XKB_KEYMAP_COMPILE_NO_FLAGS),
-      xkb_keymap_unref);
-  return map ? KeyMap(map.get()) : KeyMap();
-}
-
 }  // namespace
 
 X11Seat::X11Seat()
     : display_(openDisplay()),
       inputOpcode_(extensionOpcode(display_.get(), "XInputExtension")),
       xtest_(display_.get(), cleanXtestKeyboard(display_.get())),
+      session_(display_.get(), xtest_),
       keyboards_(display_.get(), xtest_.device()),
-      maps_(display_.get()),
-      spares_(display_.get()),
       focus_(display_.get()),
       timer_(::timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)) {
   int opcode = 0;
   int error = 0;
   XkbQueryExtension(display_.get(), &opcode, &xkbEvent_, &error, nullptr, nullptr);
   selectEvents();
-  readMap();
 }
 
 X11Seat::~X11Seat() {
-  spares_.unbind();
   keyboards_.release();
   releaseXtestKeys(display_.get());
   ::close(timer_);
@@ -64,8 +50,9 @@ X11Seat::~X11Seat() {
 
 void X11Seat::selectEvents() {
   auto* const display = display_.get();
-  constexpr unsigned int maps = XkbNewKeyboardNotifyMask | XkbMapNotifyMask;
-  XkbSelectEvents(display, XkbUseCoreKbd, maps, maps);
+  constexpr unsigned int whole =
+      XkbNewKeyboardNotifyMask | XkbMapNotifyMask | XkbControlsNotifyMask;
+  XkbSelectEvents(display, XkbUseCoreKbd, whole, whole);
   constexpr unsigned int states = XkbGroupStateMask | XkbModifierLockMask;
   XkbSelectEventDetails(display, XkbUseCoreKbd, XkbStateNotify, states, states);
   std::array<unsigned char, XIMaskLen(XI_LASTEVENT)> hierarchy{};
@@ -83,7 +70,7 @@ void X11Seat::selectEvents() {
 bool X11Seat::dispatch(guard::SeatListener& listener) {
   std::uint64_t ticks = 0;
   if (::read(timer_, &ticks, sizeof ticks) > 0) {
-    hierarchyChanged_ = true;
+    changes_.hierarchy = true;
     if (focus_.isSecret()) focus_.checkHold();
   }
   do {
@@ -137,7 +124,7 @@ void X11Seat::takeInput(XGenericEventCookie& cookie, guard::SeatListener& listen
       break;
     }
     default:
-      hierarchyChanged_ = true;
+      changes_.hierarchy = true;
       break;
   }
 }
@@ -150,7 +137,7 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
   const auto isRepeat = isDown && ((event.flags & XIKeyRepeat) != 0 || keys.test(code));
   if (code >= keys.size() || code < xkbOffset || (!isDown && !keys.test(code))) return;
   keys.set(code, isDown);
-  useMapOf(event.deviceid);
+  session_.useMapOf(event.deviceid);
   listener.key({.evdev = static_cast<std::uint16_t>(code - xkbOffset),
                 .isDown = isDown,
                 .isRepeat = isRepeat,
@@ -158,38 +145,45 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
 }
 
 void X11Seat::takeXkb(const XkbEvent& event) {
-  if (event.any.xkb_type == XkbStateNotify) {
-    isGroupKnown_ = false;
-    stateChanged_ = true;
-    return;
+  switch (event.any.xkb_type) {
+    case XkbStateNotify:
+      changes_.state = true;
+      group_.reset();
+      break;
+    case XkbControlsNotify:
+      changes_.controls = true;
+      break;
+    case XkbMapNotify: {
+      auto copy = event.map;
+      XkbRefreshKeyboardMapping(&copy);
+      // Our own: characters bound to spare keys.
+      const auto isOwn = (copy.changed & XkbKeySymsMask) != 0 &&
+                         session_.spares().areSpare(copy.first_key_sym, copy.num_key_syms);
+      changes_.map = changes_.map || !isOwn;
+      break;
+    }
+    default:
+      changes_.map = true;
+      break;
   }
-  if (event.any.xkb_type == XkbMapNotify) {
-    auto copy = event.map;
-    XkbRefreshKeyboardMapping(&copy);
-    // Our own: characters bound to spare keys.
-    const auto isOwn = (copy.changed & XkbKeySymsMask) != 0 &&
-                       spares_.areSpare(copy.first_key_sym, copy.num_key_syms);
-    if (isOwn) return;
-  }
-  mapChanged_ = true;
 }
 
 void X11Seat::settle(guard::SeatListener& listener) {
-  if (std::exchange(hierarchyChanged_, false)) updateKeyboards(listener);
-  if (std::exchange(mapChanged_, false)) spreadMap();
-  if (std::exchange(stateChanged_, false)) {
-    for (const auto& [device, keys] : keyboards_.held()) copyState(device);
+  const auto changes = std::exchange(changes_, {.hierarchy = false});
+  if (changes.hierarchy) updateKeyboards(listener);
+  if (changes.map) {
+    session_.spreadMap();
+    group_.reset();
   }
+  if (changes.state) session_.spreadState();
+  if (changes.controls) session_.spreadControls();
 }
 
 void X11Seat::updateKeyboards(guard::SeatListener& listener) {
   const auto changes = keyboards_.update();
   for (const auto device : changes.lost) releaseKeysOf(device, listener);
-  for (const auto device : changes.taken) {
-    mapTexts_[device] = maps_.text(device);
-    copyState(device);
-  }
-  if (!changes.taken.empty() && mapOwner_ == 0) useMapOf(changes.taken.front());
+  for (const auto device : changes.taken) session_.add(device);
+  if (!changes.taken.empty()) group_.reset();
   if (changes.isBusy && !std::exchange(isBusyTold_, true)) listener.keyboardBusy();
   if (changes.isNoneLeft && !std::exchange(isMissingTold_, true)) listener.keyboardMissing();
   tellSecrecy(listener);
@@ -199,6 +193,7 @@ void X11Seat::updateKeyboards(guard::SeatListener& listener) {
 void X11Seat::releaseKeysOf(int device, guard::SeatListener& listener) {
   const auto keys = keyboards_.keys(device);
   keyboards_.forget(device);
+  session_.remove(device);
   for (std::size_t code = xkbOffset; code < keys.size(); ++code) {
     if (!keys.test(code)) continue;
     listener.key({.evdev = static_cast<std::uint16_t>(code - xkbOffset),
@@ -220,62 +215,20 @@ void X11Seat::setTimer(bool isOn) {
   ::timerfd_settime(timer_, 0, &time, nullptr);
 }
 
-void X11Seat::useMapOf(int device) {
-  if (mapOwner_ == device) return;
-  const auto& text = mapTexts_[device];
-  const auto isSame = text.empty() || text == mapTexts_[std::exchange(mapOwner_, device)];
-  if (isSame || text == mapText_) return;
-  maps_.copy(device, xtest_.device());
-  readMap();
-  // The session takes a device's map over when the device types.
-  if (const auto key = keyMap_.emptyKey(); key != 0) {
-    xtest_.send(keyCodeOf(key), true);
-    xtest_.send(keyCodeOf(key), false);
-  }
-}
-
-void X11Seat::readMap() {
-  mapText_ = maps_.text(xtest_.device());
-  keyMap_ = parsed(mapText_);
-  spares_.readMap();
-  isGroupKnown_ = false;
-}
-
-// The session's map is XTEST's while the keyboards float; they keep what they had.
-void X11Seat::spreadMap() {
-  if (maps_.text(xtest_.device()) == mapText_) return;
-  spares_.unbind();
-  readMap();
-  for (const auto& [device, keys] : keyboards_.held()) {
-    maps_.copy(xtest_.device(), device);
-    mapTexts_[device] = maps_.text(device);
-    copyState(device);
-  }
-}
-
-// What another program locks does not reach a floating keyboard: its lights would be wrong for
-// good.
-void X11Seat::copyState(int device) {
-  XkbStateRec state{};
-  XkbGetState(display_.get(), XkbUseCoreKbd, &state);
-  constexpr unsigned int allModifiers = 0xFF;
-  XkbLockModifiers(display_.get(), static_cast<unsigned int>(device), allModifiers,
-                   state.locked_mods);
-  XkbLockGroup(display_.get(), static_cast<unsigned int>(device), state.locked_group);
-}
-
 std::uint32_t X11Seat::group() {
-  if (!std::exchange(isGroupKnown_, true)) {
+  if (!group_) {
     XkbStateRec state{};
     XkbGetState(display_.get(), XkbUseCoreKbd, &state);
     group_ = state.group;
   }
-  return group_;
+  return *group_;
 }
 
-void X11Seat::pass(const guard::SeatKey& key) {
-  xtest_.send(keyCodeOf(key.evdev), key.isDown);
-  if (keyMap_.mayChangeState(key.evdev)) isGroupKnown_ = false;
+void X11Seat::pass(const guard::SeatKey& key) { send(key.evdev, key.isDown); }
+
+void X11Seat::send(std::uint32_t evdev, bool isDown) {
+  xtest_.send(keyCodeOf(evdev), isDown);
+  if (keyMap().mayChangeState(static_cast<std::uint16_t>(evdev))) group_.reset();
 }
 
 void X11Seat::type(const guard::Steps& steps) {
@@ -284,16 +237,14 @@ void X11Seat::type(const guard::Steps& steps) {
     switch (step.kind) {
       case Kind::press:
       case Kind::release:
-        xtest_.send(keyCodeOf(step.value), step.kind == Kind::press);
-        if (keyMap_.mayChangeState(static_cast<std::uint16_t>(step.value))) isGroupKnown_ = false;
+        send(step.value, step.kind == Kind::press);
         break;
       case Kind::selectGroup:
         XkbLockGroup(display_.get(), XkbUseCoreKbd, step.value);
         group_ = step.value;
-        isGroupKnown_ = true;
         break;
       case Kind::character:
-        if (const auto code = spares_.find(step.value)) {
+        if (const auto code = session_.spares().find(step.value)) {
           xtest_.send(*code, true);
           xtest_.send(*code, false);
         }

@@ -3,15 +3,13 @@
 #include <X11/Xlib.h>
 
 #include <cstdint>
-#include <map>
-#include <string>
+#include <optional>
 #include <vector>
 
 #include "platform/guard/process/seat.h"
-#include "platform/x11/guard/device_maps.h"
 #include "platform/x11/guard/focus_watch.h"
 #include "platform/x11/guard/keyboards.h"
-#include "platform/x11/guard/spare_keys.h"
+#include "platform/x11/guard/session_keyboard.h"
 #include "platform/x11/guard/x_display.h"
 #include "platform/x11/guard/xtest_keyboard.h"
 
@@ -34,7 +32,7 @@ class X11Seat : public guard::Seat {
   bool dispatch(guard::SeatListener& listener) override;
   void flush() override;
 
-  const KeyMap& keyMap() const override { return keyMap_; }
+  const KeyMap& keyMap() const override { return session_.keyMap(); }
   std::uint32_t group() override;
 
   void pass(const guard::SeatKey& key) override;
@@ -54,29 +52,26 @@ class X11Seat : public guard::Seat {
   void tellSecrecy(guard::SeatListener& listener);
   void setTimer(bool isOn);
 
-  void useMapOf(int device);
-  void readMap();
-  void spreadMap();
-  void copyState(int device);
+  void send(std::uint32_t evdev, bool isDown);
+
+  /// What has happened since the seat last settled.
+  struct Changes {
+    bool map = false;
+    bool state = false;
+    bool controls = false;
+    bool hierarchy = true;
+  };
 
   DisplayPointer display_;
   int inputOpcode_ = 0;
   int xkbEvent_ = 0;
   XtestKeyboard xtest_;
+  SessionKeyboard session_;
   Keyboards keyboards_;
-  DeviceMaps maps_;
-  SpareKeys spares_;
   FocusWatch focus_;
-  KeyMap keyMap_;
-  std::string mapText_;                  // XTEST's, as it was given to it or found there
-  int mapOwner_ = 0;                     // the keyboard whose map XTEST has
-  std::map<int, std::string> mapTexts_;  // of the held keyboards
   int timer_ = -1;
-  std::uint32_t group_ = 0;
-  bool isGroupKnown_ = false;
-  bool mapChanged_ = false;
-  bool stateChanged_ = false;
-  bool hierarchyChanged_ = true;
+  std::optional<std::uint32_t> group_;  // as far as it is known
+  Changes changes_;
   bool isBusyTold_ = false;
   bool isMissingTold_ = false;
 };
