@@ -15,10 +15,12 @@ struct Row {
 };
 
 constexpr std::array rows = {
-    // Writer puts a burst of BackSpaces and letters in the wrong order, ours or not: 4 of 4 wrong
-    // without a pause, 9 of 9 right with this one.
-    Row{"libreoffice", 20ms},
-    Row{"soffice", 20ms},
+    // Writer puts a burst of BackSpaces and letters in the wrong order, ours or not: 4 of 4 words
+    // wrong without a pause. 20 ms were enough on a quiet machine, not on one with ten busy
+    // programs.
+    Row{"org.libreoffice", 60ms},
+    Row{"libreoffice", 60ms},
+    Row{"soffice", 60ms},
 };
 
 }  // namespace

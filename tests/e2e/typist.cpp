@@ -32,7 +32,8 @@ const std::map<std::string_view, std::uint8_t>& namedKeys() {
                                                                  {"Left", 113},
                                                                  {"Home", 110},
                                                                  {"Delete", 119},
-                                                                 {"F4", 70}};
+                                                                 {"F4", 70},
+                                                                 {"F9", 75}};
   return names;
 }
 
