@@ -134,8 +134,8 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
   if (!keyboards_.isHeld(event.deviceid)) return;
   const auto code = static_cast<std::size_t>(event.detail);
   auto& keys = keyboards_.keys(event.deviceid);
+  if (code >= keys.size() || code < xkbOffset) return;
   const auto isRepeat = isDown && ((event.flags & XIKeyRepeat) != 0 || keys.test(code));
-  if (code >= keys.size() || code < xkbOffset || (!isDown && !keys.test(code))) return;
   keys.set(code, isDown);
   session_.useMapOf(event.deviceid);
   listener.key({.evdev = static_cast<std::uint16_t>(code - xkbOffset),
