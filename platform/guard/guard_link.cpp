@@ -84,9 +84,7 @@ void GuardLink::sendRecords(FrameKind kind, Order order, std::span<const T> reco
   flush();
 }
 
-void GuardLink::send(const Order& order) {
-  sendRecords<PostedKey>(FrameKind::order, order, {});
-}
+void GuardLink::send(const Order& order) { sendRecords<PostedKey>(FrameKind::order, order, {}); }
 
 void GuardLink::send(const Order& order, const std::vector<PostedKey>& keys) {
   sendRecords<PostedKey>(FrameKind::postedKeys, order, keys);

@@ -59,8 +59,8 @@ std::optional<OrderMessage> GuardChannel::take(const Frame& frame) {
   const auto order = frame.head<Order>();
   if (!isOpen_ || !isOrder(frame.kind) || !order) return std::nullopt;
   // Whatever stands between the parts of a list begins anew.
-  const auto goesOn = partial_ && partial_->order.kind == order->kind &&
-                      partial_->order.number == order->number;
+  const auto goesOn =
+      partial_ && partial_->order.kind == order->kind && partial_->order.number == order->number;
   if (!goesOn) partial_.emplace();
   partial_->order = *order;
   if (frame.kind == FrameKind::postedKeys) {

@@ -30,8 +30,8 @@ struct KeyScriptSituation {
 /// Turns posted keys into steps that come out the same whatever hands hold down: what is down is
 /// let go of first, each key gets exactly the modifiers that it was posted with, and Shift and
 /// Control are pressed again if hands hold them; nothing else stays down. The locks and their keys
-/// are left as they are: what was typed with Caps Lock on comes out with it as well. A Command chord
-/// becomes the desktop's own shortcut.
+/// are left as they are: what was typed with Caps Lock on comes out with it as well. A Command
+/// chord becomes the desktop's own shortcut.
 KeyScript writeKeyScript(const std::vector<PostedKey>& keys, const KeyScriptSituation& situation);
 
 }  // namespace kivra::guard

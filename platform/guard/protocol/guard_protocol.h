@@ -49,8 +49,8 @@ struct Report {
   std::uint32_t number = 0;  ///< of the event, counting from 1
   ReportKind kind = ReportKind::ready;
   std::uint8_t awaitsVerdict = 0;  ///< the key goes on only after the verdict
-  std::uint16_t keyCode = 0;   ///< virtual key code
-  std::uint32_t group = 0;     ///< the XKB group in effect
+  std::uint16_t keyCode = 0;       ///< virtual key code
+  std::uint32_t group = 0;         ///< the XKB group in effect
   std::uint64_t flags = 0;
 };
 
