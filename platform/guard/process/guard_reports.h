@@ -40,6 +40,8 @@ class GuardReports {
   void serve();
 
  private:
+  friend class GuardState;
+
   Seat& seat_;
   GuardChannel& channel_;
   std::uint32_t number_ = 0;

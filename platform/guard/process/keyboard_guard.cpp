@@ -201,6 +201,7 @@ void KeyboardGuard::process(Happening happening) {
       break;
   }
   reports_.changedAt(reports_.number());
+  isMidWord_ = false;
 }
 
 void KeyboardGuard::press(const SeatKey& key) {
@@ -211,15 +212,25 @@ void KeyboardGuard::press(const SeatKey& key) {
   if (isModifier) {
     reports_.event(modifierChange(key));
   } else if (!keys_.isDown(key.evdev)) {
-    Report down{.kind = ReportKind::keyDown, .keyCode = virtualKeyOf(key.evdev), .flags = flags};
-    if (isConsumable(down.keyCode, flags)) {
-      if (!isFlooded() && decide(key, down)) return;
-      down = {.kind = ReportKind::wordBroken};
-    }
-    reports_.event(down);
+    if (pressTyping(key, flags)) return;
     reports_.changedAt(reports_.number());
   }
   keys_.pass(key);
+}
+
+bool KeyboardGuard::pressTyping(const SeatKey& key, std::uint64_t flags) {
+  Report down{.kind = ReportKind::keyDown, .keyCode = virtualKeyOf(key.evdev), .flags = flags};
+  const auto endsWord = isConsumable(down.keyCode, flags);
+  if (endsWord && reports_.isOn() && !isFlooded()) {
+    isMidWord_ = false;
+    if (decide(key, down)) return true;
+  }
+  // What ends the word unasked, and the rest of a word whose beginning is not known, is not the
+  // program's to mend: it would mend a part.
+  if (endsWord || isMidWord_) down.keyCode = unknownKey;
+  const auto isTold = reports_.event(down);
+  isMidWord_ = !endsWord && (isMidWord_ || !isTold);
+  return false;
 }
 
 void KeyboardGuard::release(const SeatKey& key) {
@@ -260,7 +271,6 @@ Report KeyboardGuard::modifierChange(const SeatKey& key) const {
 }
 
 bool KeyboardGuard::isConsumable(std::uint16_t keyCode, std::uint64_t flags) const {
-  if (!reports_.isOn()) return false;
   return std::ranges::find(consumable_, Chord{keyCode, flags & chordFlags}) != consumable_.end();
 }
 

@@ -60,6 +60,8 @@ class KeyboardGuard : public SeatListener {
   void keyboardBusy() override { reports_.notice(ReportKind::keyboardBusy); }
 
  private:
+  friend class GuardState;  // of the test that tells equal states from others
+
   enum class Happening : std::uint8_t { wordBroken, leftButton, rightButton };
   using Item = std::variant<SeatKey, Happening>;
 
@@ -90,6 +92,7 @@ class KeyboardGuard : public SeatListener {
   void process(const SeatKey& key);
   void process(Happening happening);
   void press(const SeatKey& key);
+  bool pressTyping(const SeatKey& key, std::uint64_t flags);
   void release(const SeatKey& key);
   void repeat(const SeatKey& key);
   bool decide(const SeatKey& key, Report report);
@@ -107,6 +110,7 @@ class KeyboardGuard : public SeatListener {
   std::deque<Post> posts_;
   std::vector<Chord> consumable_;
   bool isLone_ = false;       // a modifier has been pressed, and no other key since
+  bool isMidWord_ = false;    // the program has not been told of all of the word
   std::uint16_t repeat_ = 0;  // the key whose repeats have been reported
   Clock::time_point now_;
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <string>
@@ -53,6 +55,13 @@ class Screen {
   int menus() const { return menus_; }
   /// Keys pressed that were down, let go of that were up, and BackSpaces beyond a window's text.
   int faults() const { return faults_; }
+
+  template <class Digest>
+  void addTo(Digest& digest) const {
+    for (const auto character : text_) digest.add(character);
+    digest.add(text_.size()).add(windowStart_).add(group_).add(lone_).add(faults_);
+    digest.add(isCapsOn_).add(capsEnds_).add(down_);
+  }
 
  private:
   std::uint64_t flags() const;
