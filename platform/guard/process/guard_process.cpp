@@ -59,11 +59,12 @@ void serve(Seat& seat, GuardChannel& channel, Heartbeat& heartbeat, int lifeline
   KeyboardGuard guard(seat, channel);
   guard.announce();
   bool isWatched = true;
-  while (isWatched && channel.isOpen()) {
+  while (isWatched) {
     heartbeat.beginWork();
     if (!guard.serve(KeyboardGuard::Clock::now())) return;
     channel.flush();
     seat.flush();
+    if (!channel.isOpen()) break;
     heartbeat.rest();
     isWatched = waitForWork(seat, channel, lifeline, millisecondsUntil(guard.deadline()));
   }
