@@ -1,0 +1,30 @@
+// Stands where the guard's program does, and lends its end of the socket to the test that has had
+// it started.
+
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+
+int main() {
+  constexpr int channelFd = 3;
+  const char* const variable = std::getenv("KIVRA_LENDING_FD");
+  if (variable == nullptr) return EXIT_FAILURE;
+  const int test = std::atoi(variable);
+  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
+  char byte = 0;
+  iovec data{.iov_base = &byte, .iov_len = 1};
+  msghdr message{};
+  message.msg_iov = &data;
+  message.msg_iovlen = 1;
+  message.msg_control = control.data();
+  message.msg_controllen = control.size();
+  cmsghdr* const header = CMSG_FIRSTHDR(&message);
+  header->cmsg_level = SOL_SOCKET;
+  header->cmsg_type = SCM_RIGHTS;
+  header->cmsg_len = CMSG_LEN(sizeof(int));
+  std::memcpy(CMSG_DATA(header), &channelFd, sizeof channelFd);
+  return ::sendmsg(test, &message, MSG_NOSIGNAL) == 1 ? EXIT_SUCCESS : EXIT_FAILURE;
+}
