@@ -64,7 +64,7 @@ void GuardLink::stop() {
   reap();
 }
 
-// One that has not ended yet is asked for at the next start, or left to the system.
+// One that has not ended yet is asked for later.
 void GuardLink::reap() {
   std::erase_if(processes_,
                 [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
@@ -108,6 +108,8 @@ void GuardLink::flush() {
 }
 
 std::optional<Report> GuardLink::receive() {
+  // Those that ran before this one.
+  if (processes_.size() > 1) reap();
   while (fd_ >= 0 && !isGone_) {
     const auto received = receiveFrame(fd_);
     if (received.isClosed) isGone_ = true;

@@ -45,7 +45,14 @@ std::optional<KeyboardGuard::Clock::time_point> KeyboardGuard::deadline() const 
   return pauseEnd ? std::min(*pauseEnd, decision_->deadline) : decision_->deadline;
 }
 
-void KeyboardGuard::letGo() { secrecyChanged(true); }
+void KeyboardGuard::letGo() {
+  // What has been erased is typed, whether or not the application had its time.
+  while (const auto pauseEnd = player_.pauseEnd()) {
+    now_ = *pauseEnd;
+    run();
+  }
+  secrecyChanged(true);
+}
 
 void KeyboardGuard::key(const SeatKey& key) {
   if (key.evdev < keyCount) add(key);

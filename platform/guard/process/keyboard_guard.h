@@ -46,7 +46,7 @@ class KeyboardGuard : public SeatListener {
   /// When `serve` wants to be called at the latest; nothing while only input matters.
   std::optional<Clock::time_point> deadline() const;
 
-  /// Lets every key go on that waits, and gives up what is being typed: the guard ends.
+  /// Types to its end what is being typed, and lets every key go on that waits: the guard ends.
   void letGo();
 
   void key(const SeatKey& key) override;

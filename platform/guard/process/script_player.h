@@ -32,6 +32,8 @@ class ScriptPlayer {
   std::optional<Clock::time_point> pauseEnd() const;
 
  private:
+  friend class GuardState;
+
   struct Playing {
     std::uint32_t number = 0;
     KeyScript script;

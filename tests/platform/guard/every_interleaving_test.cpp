@@ -17,6 +17,9 @@
 // What the program is told besides the Space it takes in at once: it changes nothing but what the
 // program knows, and what it knows too late is what the Space behind it waits for.
 //
+// Where scripts pause, for applications that need it, the pause ends between any two movements; a
+// focus that moves meanwhile takes the word with it that has been erased, so that is left out.
+//
 // On the screen, afterwards: the keys that were typed, each once and in their order, every word of
 // one layout; the layout that the scripts that were not refused have chosen; no key down; the lock
 // as the hands made it.
@@ -24,6 +27,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <map>
 #include <string>
@@ -44,7 +48,8 @@ using namespace std::chrono_literals;
 struct World {
   bool hasUndo = false;
   bool hasDisturbances = false;
-  bool rolls = true;  // else each key is let go of before the next
+  std::uint32_t pause = 0;  // of the scripts, in milliseconds
+  bool rolls = true;        // else each key is let go of before the next
 };
 
 /// A character as the key that typed it.
@@ -202,11 +207,13 @@ class Session {
 
   // Everybody but the hands, until it is their turn again.
   void gap() {
-    enum class Move { handsOn, answer, timeOut, undo, arrive, focus, click, die };
+    enum class Move { handsOn, answer, timeOut, undo, arrive, pauseEnd, focus, click, die };
     while (!isDead_) {
       program_.read();
       std::vector moves{Move::handsOn};
-      if (bench_.guard.deadline()) moves.push_back(Move::timeOut);
+      const auto isPausing = GuardState::isPausing(bench_.guard);
+      if (GuardState::isDeciding(bench_.guard)) moves.push_back(Move::timeOut);
+      if (isPausing) moves.push_back(Move::pauseEnd);
       if (program_.hasUndoToSend()) {
         moves.push_back(Move::arrive);
       } else {
@@ -214,20 +221,24 @@ class Session {
         if (world_.hasUndo && program_.canUndo()) moves.push_back(Move::undo);
       }
       if (world_.hasDisturbances && !isDisturbed_) {
-        moves.insert(moves.end(), {Move::focus, Move::click, Move::die});
+        moves.insert(moves.end(), {Move::click, Move::die});
+        if (!isPausing) moves.push_back(Move::focus);
       }
       if (choices_.isNew() && !seen_.insert(state()).second) throw SeenBefore();
       const auto move = moves[choices_.choose(moves.size())];
       if (move == Move::handsOn) return;
-      constexpr const char* names[] = {"",     "answer", "late",  "undo",
-                                       "post", "focus",  "click", "die"};
-      story_ += std::string(" ") + names[static_cast<int>(move)];
+      constexpr std::array names = {"",         "answer", "late",  "undo", "post",
+                                    "pauseEnd", "focus",  "click", "die"};
+      story_ += std::string(" ") + names.at(static_cast<std::size_t>(move));
       switch (move) {
         case Move::answer:
           program_.answer();
           break;
         case Move::timeOut:
           bench_.pass(KeyboardGuard::decisionTime);
+          break;
+        case Move::pauseEnd:
+          bench_.pass(std::chrono::milliseconds(world_.pause));
           break;
         case Move::undo:
           program_.undo();
@@ -275,7 +286,7 @@ class Session {
   std::size_t elements_ = 0;
   std::size_t lookedAt_ = 0;
   GuardBench bench_;
-  ModelProgram program_{bench_};
+  ModelProgram program_{bench_, world_.pause};
   std::vector<Held> held_;
   std::vector<TypedKey> typedKeys_;
   std::size_t letters_ = 0;
@@ -341,6 +352,13 @@ TEST_F(EveryInterleaving, OfAllPhrasesOfUpToThreeKeysWithAllThatCanHappen) {
 TEST_F(EveryInterleaving, OfAllPhrasesOfFourKeys) {
   for (const auto& phrase : phrases(4)) {
     explore(phrase, {});
+    if (HasFatalFailure()) return;
+  }
+}
+
+TEST_F(EveryInterleaving, OfShortPhrasesWhereScriptsPause) {
+  for (const auto* phrase : {"lu_", "l_l", "l__", "_l_", "ll_c", "l_lu", "l_l_"}) {
+    explore(phrase, {.hasUndo = true, .hasDisturbances = true, .pause = 20});
     if (HasFatalFailure()) return;
   }
 }

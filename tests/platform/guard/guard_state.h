@@ -31,11 +31,14 @@ class Digest {
   std::uint64_t value_ = 0xCBF29CE484222325ULL;
 };
 
-/// All that the further doing of a guard depends on, between two calls, while no script pauses.
+/// All that the further doing of a guard depends on, between two calls, while no time passes.
 class GuardState {
  public:
   /// The number of the last event: two states may differ by it in all numbers.
   static std::uint32_t number(const KeyboardGuard& guard) { return guard.reports_.number(); }
+
+  static bool isPausing(const KeyboardGuard& guard) { return guard.player_.isPlaying(); }
+  static bool isDeciding(const KeyboardGuard& guard) { return guard.decision_.has_value(); }
 
   static void add(Digest& digest, const KeyboardGuard& guard) {
     const auto number = GuardState::number(guard);
@@ -45,7 +48,16 @@ class GuardState {
     }
     digest.add(guard.decision_.has_value());
     if (guard.decision_) digest.add(guard.decision_->number - number).add(guard.decision_->key);
-    digest.add(guard.posts_.size()).add(guard.player_.isPlaying());
+    for (const auto& post : guard.posts_) {
+      digest.add(post.message.order.number - number).add(post.message.order.drop);
+      digest.add(post.message.keys.size()).add(post.key.has_value());
+    }
+    if (const auto& playing = guard.player_.playing_) {
+      const auto& [from, script, next, pauseEnd] = *playing;
+      digest.add(from - number).add(next);
+      for (const auto& step : script.body) digest.add(step.kind).add(step.value);
+      for (const auto& step : script.after) digest.add(step.kind).add(step.value);
+    }
     digest.add(guard.isLone_).add(guard.isMidWord_).add(guard.repeat_);
     digest.add(guard.keys_.held()).add(guard.keys_.down());
     const auto& reports = guard.reports_;

@@ -290,6 +290,15 @@ TEST_F(KeyboardGuardTest, WhenItEndsAllThatWaitsGoesOnInOrder) {
   EXPECT_EQ(bench.screen.text(), "ab cD");
 }
 
+TEST_F(KeyboardGuardTest, WhenItEndsInAPauseTheErasedWordIsTyped) {
+  bench.verdict(typeWord("ghbdtn"), true, correction("ghbdtn", 20));
+  bench.type("v");
+  bench.hangUp();
+  bench.serve();
+  bench.guard.letGo();
+  EXPECT_EQ(bench.screen.text(), "привет м");
+}
+
 TEST_F(KeyboardGuardTest, ASeatThatGoesAwayIsTold) {
   EXPECT_TRUE(bench.serve());
   bench.seat.vanish();

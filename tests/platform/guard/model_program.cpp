@@ -83,13 +83,14 @@ void ModelProgram::sendUndo() {
 }
 
 std::vector<PostedKey> ModelProgram::retyping(std::size_t erased, std::uint32_t group,
-                                              const std::vector<Key>& word) {
+                                              const std::vector<Key>& word) const {
   std::vector<PostedKey> keys;
   const auto stroke = [&keys](std::uint16_t code, std::uint64_t flags) {
     keys.push_back({.keyCode = code, .flags = flags});
     keys.push_back({.down = 0, .keyCode = code, .flags = flags});
   };
   for (std::size_t i = 0; i < erased; ++i) stroke(key_codes::deleteKey, 0);
+  if (pause_ > 0) keys.push_back({.kind = PostedKey::Kind::pause, .value = pause_});
   keys.push_back({.kind = PostedKey::Kind::selectGroup, .value = group});
   for (const auto& key : word) stroke(key.code, key.flags & event_flags::shift);
   stroke(key_codes::space, 0);

@@ -14,7 +14,8 @@ namespace kivra::guard {
 /// correction back.
 class ModelProgram {
  public:
-  explicit ModelProgram(GuardBench& bench) : bench_(bench) {}
+  /// `pause`, in milliseconds, is what the application needs between erasing and typing.
+  ModelProgram(GuardBench& bench, std::uint32_t pause) : bench_(bench), pause_(pause) {}
 
   /// Handles all reports up to a Space that awaits a verdict; none while an undo is to be sent.
   void read();
@@ -72,10 +73,11 @@ class ModelProgram {
 
   void fetch();
   void handle(const Report& report);
-  static std::vector<PostedKey> retyping(std::size_t erased, std::uint32_t group,
-                                         const std::vector<Key>& word);
+  std::vector<PostedKey> retyping(std::size_t erased, std::uint32_t group,
+                                  const std::vector<Key>& word) const;
 
   GuardBench& bench_;
+  std::uint32_t pause_;
   std::deque<Report> inbox_;
   std::vector<Key> word_;
   std::optional<Correction> undo_;
