@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "platform/embedded/virtual_time.h"
+#include "platform/guard/descriptor_message.h"
 #include "platform/guard/guard_event_posting.h"
 #include "platform/guard/process/guard_channel.h"
 
@@ -54,17 +55,10 @@ class GuardEventTapsTest : public testing::Test {
   std::unique_ptr<Guard> started(int patience = 20'000) {
     pollfd waited{.fd = lending_[0], .events = POLLIN, .revents = 0};
     if (::poll(&waited, 1, patience) != 1) return nullptr;
-    alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-    char byte = 0;
-    iovec data{.iov_base = &byte, .iov_len = 1};
-    msghdr message{};
-    message.msg_iov = &data;
-    message.msg_iovlen = 1;
-    message.msg_control = control.data();
-    message.msg_controllen = control.size();
-    if (::recvmsg(lending_[0], &message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
+    DescriptorMessage lent;
+    if (::recvmsg(lending_[0], &lent.message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
     int fd = -1;
-    std::memcpy(&fd, CMSG_DATA(CMSG_FIRSTHDR(&message)), sizeof fd);
+    std::memcpy(&fd, CMSG_DATA(CMSG_FIRSTHDR(&lent.message)), sizeof fd);
     ++starts;
     return std::make_unique<Guard>(fd);
   }

@@ -2,25 +2,19 @@
 // it started.
 
 #include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
 #include <cstdlib>
 #include <cstring>
+
+#include "platform/guard/descriptor_message.h"
 
 int main() {
   constexpr int channelFd = 3;
   const char* const variable = std::getenv("KIVRA_LENDING_FD");
   if (variable == nullptr) return EXIT_FAILURE;
   const int test = std::atoi(variable);
-  alignas(cmsghdr) std::array<char, CMSG_SPACE(sizeof(int))> control{};
-  char byte = 0;
-  iovec data{.iov_base = &byte, .iov_len = 1};
-  msghdr message{};
-  message.msg_iov = &data;
-  message.msg_iovlen = 1;
-  message.msg_control = control.data();
-  message.msg_controllen = control.size();
+  kivra::guard::DescriptorMessage lent;
+  auto& message = lent.message;
   cmsghdr* const header = CMSG_FIRSTHDR(&message);
   header->cmsg_level = SOL_SOCKET;
   header->cmsg_type = SCM_RIGHTS;
