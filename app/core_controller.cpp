@@ -20,6 +20,10 @@ std::shared_ptr<CoreController> CoreController::create(Services& services) {
       if (const auto changed = weak.lock()) changed->announceConsumableKeys();
     });
   });
+  // There is nothing to undo in what has not been typed.
+  services.platform.eventPosting.onRefusal([weak = std::weak_ptr(controller)] {
+    if (const auto refused = weak.lock()) refused->services_.undoStack.takeLast();
+  });
   return controller;
 }
 

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "platform/embedded/effects.h"
 #include "platform/embedded/embedded_application.h"
@@ -36,10 +38,16 @@ class EmbeddedEventStream : public EventTaps, public EventPosting {
   void runLoopRemoveSource(RunLoopSource& source) override;
   void eventTapEnable(EventTapPort& port, bool enable) override;
 
+  /// What was posted last has not been typed: the user had typed on.
+  void refusePosted() const {
+    if (refused_) refused_();
+  }
+
   std::unique_ptr<EventSource> eventSourceCreate(int stateId) override;
   std::optional<KeyboardEvent> createKeyboardEvent(EventSource& source, std::uint16_t keyCode,
                                                    bool down) override;
   void eventPost(const KeyboardEvent& event) override;
+  void onRefusal(std::function<void()> called) override { refused_ = std::move(called); }
 
  private:
   struct Tap;
@@ -56,6 +64,7 @@ class EmbeddedEventStream : public EventTaps, public EventPosting {
   bool refusesTaps_ = false;
   std::weak_ptr<Tap> tap_;
   std::deque<KeyboardEvent> posted_;
+  std::function<void()> refused_;
   bool isInCallback_ = false;
 };
 

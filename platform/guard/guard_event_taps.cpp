@@ -29,6 +29,9 @@ EventType eventType(ReportKind kind) {
   }
 }
 
+// A guard may be killed while it starts, and once more; one that fails every time stays away.
+constexpr std::array startDelays = {0ms, 200ms, 500ms, 1000ms, 2000ms, 5000ms, 5000ms};
+
 bool isNotice(EventType type) {
   return type == EventType::tapDisabledByTimeout || type == EventType::tapDisabledByUserInput;
 }
@@ -52,10 +55,7 @@ struct GuardEventTaps::Source : RunLoopSource {};
 GuardEventTaps::GuardEventTaps(Environment environment)
     : environment_(std::move(environment)), self_(std::make_shared<GuardEventTaps*>(this)) {
   environment_.posted.setWake([this] {
-    if (isInCallback_) return;
-    environment_.runLoop.asyncAfter(0us, [weak = std::weak_ptr(self_)] {
-      if (const auto self = weak.lock()) (*self)->flushPosted();
-    });
+    if (!isInCallback_) later(0us, &GuardEventTaps::flushPosted);
   });
 }
 
@@ -64,7 +64,8 @@ GuardEventTaps::~GuardEventTaps() { environment_.posted.setWake(nullptr); }
 std::shared_ptr<EventTapPort> GuardEventTaps::eventTapCreate(std::uint64_t mask,
                                                              EventTapCallback callback) {
   attach(false);
-  isReady_ = false;
+  attempts_ = 0;
+  isUnavailable_ = false;
   if (!environment_.guard.start()) return nullptr;
   isEnabled_ = false;
   auto tap = std::make_shared<Tap>(mask, std::move(callback));
@@ -84,6 +85,7 @@ void GuardEventTaps::runLoopRemoveSource(RunLoopSource& /*source*/) { attach(fal
 void GuardEventTaps::eventTapEnable(EventTapPort& /*port*/, bool enable) {
   isEnabled_ = enable;
   environment_.guard.send({.kind = enable ? OrderKind::enable : OrderKind::disable});
+  flushLater();
 }
 
 void GuardEventTaps::setConsumableKeys(const std::vector<KeyChord>& keys) {
@@ -93,6 +95,7 @@ void GuardEventTaps::setConsumableKeys(const std::vector<KeyChord>& keys) {
   if (chords == chords_) return;
   chords_ = std::move(chords);
   environment_.guard.send({.kind = OrderKind::setConsumable}, chords_);
+  flushLater();
 }
 
 void GuardEventTaps::attach(bool attached) {
@@ -104,6 +107,26 @@ void GuardEventTaps::attach(bool attached) {
 void GuardEventTaps::configureGuard() {
   environment_.guard.send({.kind = OrderKind::setConsumable}, chords_);
   if (isEnabled_) environment_.guard.send({.kind = OrderKind::enable});
+  flushLater();
+}
+
+void GuardEventTaps::later(std::chrono::microseconds delay, void (GuardEventTaps::*called)()) {
+  environment_.runLoop.asyncAfter(delay, [weak = std::weak_ptr(self_), called] {
+    if (const auto self = weak.lock()) ((*self)->*called)();
+  });
+}
+
+void GuardEventTaps::flushLater() {
+  if (!environment_.guard.hasBacklog() || std::exchange(isFlushing_, true)) return;
+  // Nobody tells when a socket can be written; one that is full for longer has a guard that is
+  // about to be ended.
+  later(5ms, &GuardEventTaps::flush);
+}
+
+void GuardEventTaps::flush() {
+  isFlushing_ = false;
+  environment_.guard.flush();
+  flushLater();
 }
 
 void GuardEventTaps::readReports() {
@@ -114,19 +137,23 @@ void GuardEventTaps::readReports() {
 }
 
 void GuardEventTaps::handle(const Report& report) {
+  if (report.kind == ReportKind::keyDown) attempts_ = 0;
   if (!handleNotice(report)) handleEvent(report);
 }
 
 bool GuardEventTaps::handleNotice(const Report& report) {
   switch (report.kind) {
     case ReportKind::ready:
-      isReady_ = true;
       return true;
     case ReportKind::unavailable:  // the guard itself has said why
+      isUnavailable_ = true;
       return true;
     case ReportKind::refused:
       environment_.postRefused();
       return true;
+    case ReportKind::timedOut:
+      environment_.postRefused();
+      return false;
     case ReportKind::noKeyboard:
       environment_.log.log(
           "Kivra: у X-сервера нет клавиатуры, которую можно перехватить; слова не исправляются");
@@ -196,6 +223,7 @@ void GuardEventTaps::prepareErasing(std::vector<PostedKey>& keys) const {
 void GuardEventTaps::sendKeys(const Order& order, std::vector<PostedKey> keys) {
   prepareErasing(keys);
   environment_.guard.send(order, keys);
+  flushLater();
   for (const auto& key : keys) {
     if (key.kind == PostedKey::Kind::selectGroup) environment_.groupSelected(key.value);
   }
@@ -203,16 +231,27 @@ void GuardEventTaps::sendKeys(const Order& order, std::vector<PostedKey> keys) {
 
 void GuardEventTaps::replaceGuard() {
   watch_.reset();
-  const auto* const reason = environment_.guard.isForeignBuild()
-                                 ? "Kivra: сторож клавиатуры другой версии; перезапустите Kivra"
-                                 : "Kivra: сторож клавиатуры не запускается, перехвата нет";
-  // One that has never been ready would not be the next time either.
-  if (!std::exchange(isReady_, false) || !environment_.guard.start()) {
-    environment_.guard.stop();
-    environment_.log.log(reason);
+  // What it had not typed yet nobody will.
+  environment_.postRefused();
+  const auto isForeign = environment_.guard.isForeignBuild();
+  environment_.guard.stop();
+  if (isForeign) {
+    environment_.log.log("Kivra: сторож клавиатуры другой версии; перезапустите Kivra");
+  } else if (isUnavailable_ || attempts_ == startDelays.size()) {
+    environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
+  } else {
+    environment_.log.log("Kivra: сторож клавиатуры завершился, запускаю нового");
+    later(startDelays[attempts_++], &GuardEventTaps::startAnew);
+  }
+}
+
+void GuardEventTaps::startAnew() {
+  // The tap may have been given up, or made anew, in the meantime.
+  if (tap_.expired() || environment_.guard.fd() >= 0) return;
+  if (!environment_.guard.start()) {
+    replaceGuard();
     return;
   }
-  environment_.log.log("Kivra: сторож клавиатуры завершился, запускаю нового");
   configureGuard();
   attach(true);
 }

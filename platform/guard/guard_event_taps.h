@@ -18,7 +18,8 @@
 namespace kivra::guard {
 
 /// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
-/// back. A guard that has ended is replaced.
+/// back. A guard that has ended is replaced: at once, and then, while guards end before a key has
+/// been typed, a few times more at growing distances.
 class GuardEventTaps : public EventTaps {
  public:
   struct Environment {
@@ -33,6 +34,7 @@ class GuardEventTaps : public EventTaps {
     std::function<bool(std::size_t characters)> hasSelectionBehind;
     /// What the application in front needs between erasing and typing.
     std::function<std::chrono::milliseconds()> pauseAfterErasing;
+    /// What was decided last has not been typed.
     std::function<void()> postRefused;
   };
 
@@ -60,15 +62,21 @@ class GuardEventTaps : public EventTaps {
   void flushPosted();
   void sendKeys(const Order& order, std::vector<PostedKey> keys);
   void prepareErasing(std::vector<PostedKey>& keys) const;
+  void flushLater();
+  void flush();
   void replaceGuard();
+  void startAnew();
   void configureGuard();
+  void later(std::chrono::microseconds delay, void (GuardEventTaps::*called)());
 
   Environment environment_;
   std::weak_ptr<Tap> tap_;
   std::vector<Chord> chords_;
   bool isEnabled_ = false;
   bool isInCallback_ = false;
-  bool isReady_ = false;  // the guard that runs has said so
+  bool isFlushing_ = false;
+  bool isUnavailable_ = false;  // the display lacks something, the last guard has said
+  std::size_t attempts_ = 0;    // guards started since a key was typed
   std::shared_ptr<void> watch_;
   std::shared_ptr<GuardEventTaps*> self_;  // emptied first, for blocks that come later
 };

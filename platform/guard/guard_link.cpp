@@ -2,15 +2,11 @@
 
 #include <spawn.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
-#include <span>
-
-#include "platform/guard/protocol/frame.h"
 
 namespace kivra::guard {
 
@@ -19,15 +15,11 @@ namespace {
 // Where the guard finds its end of the socket.
 constexpr int guardFd = 3;
 
-template <class T>
-void sendRecords(int fd, FrameKind kind, Order order, std::span<const T> records) {
-  do {
-    const auto part = records.first(std::min(records.size(), maxRecords));
-    records = records.subspan(part.size());
-    order.more = !records.empty();
-    const auto head = std::as_bytes(std::span(&order, 1));
-    if (sendFrame(fd, kind, head, std::as_bytes(part), true) != SendResult::sent) return;
-  } while (!records.empty());
+// Far more than anybody decides while a guard that does not read is ended.
+constexpr std::size_t longestBacklog = 4096;
+
+void append(std::vector<std::byte>& bytes, std::span<const std::byte> more) {
+  bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
 }  // namespace
@@ -35,16 +27,13 @@ void sendRecords(int fd, FrameKind kind, Order order, std::span<const T> records
 bool GuardLink::start() {
   stop();
   if (!spawn()) return false;
-  sendRecord(fd_, FrameKind::hello, Hello{}, true);
+  sendRecord(fd_, FrameKind::hello, Hello{});
   return true;
 }
 
 bool GuardLink::spawn() {
   std::array<int, 2> ends{};
   if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) return false;
-  // A guard that does not read must not keep the program.
-  const timeval limit{.tv_sec = 0, .tv_usec = 500'000};
-  ::setsockopt(ends[0], SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], guardFd);
@@ -63,7 +52,8 @@ bool GuardLink::spawn() {
   processes_.push_back(process);
   fd_ = ends[0];
   isGone_ = false;
-  isForeignBuild_ = false;
+  greeting_ = {};
+  backlog_.clear();
   return true;
 }
 
@@ -74,33 +64,60 @@ void GuardLink::stop() {
   reap();
 }
 
-// One that has not ended yet is asked for at the next start, or left to the system.
+// One that has not ended yet is asked for later.
 void GuardLink::reap() {
   std::erase_if(processes_,
                 [](pid_t process) { return ::waitpid(process, nullptr, WNOHANG) != 0; });
 }
 
-void GuardLink::send(const Order& order) {
-  if (fd_ >= 0) sendRecord(fd_, FrameKind::order, order, true);
+template <class T>
+void GuardLink::sendRecords(FrameKind kind, Order order, std::span<const T> records) {
+  if (isGone_ || backlog_.size() >= longestBacklog) return;
+  do {
+    const auto part = records.first(std::min(records.size(), maxRecords));
+    records = records.subspan(part.size());
+    order.more = records.empty() ? 0 : 1;
+    auto& waiting = backlog_.emplace_back(Waiting{kind, {}});
+    append(waiting.bytes, std::as_bytes(std::span(&order, 1)));
+    append(waiting.bytes, std::as_bytes(part));
+  } while (!records.empty());
+  flush();
 }
 
-void GuardLink::send(Order order, const std::vector<PostedKey>& keys) {
-  if (fd_ >= 0) sendRecords<PostedKey>(fd_, FrameKind::postedKeys, order, keys);
+void GuardLink::send(const Order& order) { sendRecords<PostedKey>(FrameKind::order, order, {}); }
+
+void GuardLink::send(const Order& order, const std::vector<PostedKey>& keys) {
+  sendRecords<PostedKey>(FrameKind::postedKeys, order, keys);
 }
 
-void GuardLink::send(Order order, const std::vector<Chord>& chords) {
-  if (fd_ >= 0) sendRecords<Chord>(fd_, FrameKind::chords, order, chords);
+void GuardLink::send(const Order& order, const std::vector<Chord>& chords) {
+  sendRecords<Chord>(FrameKind::chords, order, chords);
+}
+
+void GuardLink::flush() {
+  while (!backlog_.empty()) {
+    const auto& [kind, bytes] = backlog_.front();
+    const auto result = sendFrame(fd_, kind, bytes, {});
+    if (result == SendResult::wouldBlock) return;
+    if (result == SendResult::closed) {
+      backlog_.clear();
+      return;
+    }
+    backlog_.pop_front();
+  }
 }
 
 std::optional<Report> GuardLink::receive() {
+  // Those that ran before this one.
+  if (processes_.size() > 1) reap();
   while (fd_ >= 0 && !isGone_) {
     const auto received = receiveFrame(fd_);
     if (received.isClosed) isGone_ = true;
     if (!received.frame) return std::nullopt;
-    if (received.frame->kind == FrameKind::report) return received.frame->head<Report>();
-    if (received.frame->kind == FrameKind::hello) {
-      const auto hello = received.frame->head<Hello>();
-      isForeignBuild_ = !hello || hello->version != protocolVersion;
+    // Nothing that a guard of another build says is read.
+    if (!greeting_.accepts(*received.frame)) isGone_ = true;
+    if (!isGone_ && received.frame->kind == FrameKind::report) {
+      if (const auto report = received.frame->head<Report>()) return report;
     }
   }
   return std::nullopt;

@@ -2,11 +2,15 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
+#include <deque>
 #include <optional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "platform/guard/protocol/guard_protocol.h"
+#include "platform/guard/protocol/frame.h"
 
 namespace kivra::guard {
 
@@ -28,27 +32,40 @@ class GuardLink {
   /// -1 while no guard runs.
   int fd() const { return fd_; }
 
-  /// Orders to a guard that is gone, or that has not read for half a second, are lost.
+  /// Sends now or, while the guard is slow to read, at a later `flush`; never waits. Orders to a
+  /// guard that is gone, or that has not read thousands, are lost.
   void send(const Order& order);
-  void send(Order order, const std::vector<PostedKey>& keys);
-  void send(Order order, const std::vector<Chord>& chords);
+  void send(const Order& order, const std::vector<PostedKey>& keys);
+  void send(const Order& order, const std::vector<Chord>& chords);
+
+  /// Sends what had to wait, as far as possible.
+  void flush();
+  bool hasBacklog() const { return !backlog_.empty(); }
 
   /// The next report, without waiting.
   std::optional<Report> receive();
   /// The guard has closed its end.
   bool isGone() const { return isGone_; }
   /// The guard is of another build than the program.
-  bool isForeignBuild() const { return isForeignBuild_; }
+  bool isForeignBuild() const { return greeting_.isForeign(); }
 
  private:
+  struct Waiting {
+    FrameKind kind = FrameKind::order;
+    std::vector<std::byte> bytes;
+  };
+
   bool spawn();
   void reap();
+  template <class T>
+  void sendRecords(FrameKind kind, Order order, std::span<const T> records);
 
   std::string program_;
   int fd_ = -1;
   std::vector<pid_t> processes_;  // started and not yet known to have ended
   bool isGone_ = true;
-  bool isForeignBuild_ = false;
+  Greeting greeting_;
+  std::deque<Waiting> backlog_;
 };
 
 }  // namespace kivra::guard

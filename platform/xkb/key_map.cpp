@@ -55,6 +55,21 @@ bool typesNothing(xkb_keysym_t symbol) {
          symbol == XKB_KEY_Scroll_Lock || flagOf(symbol) != 0;
 }
 
+bool locks(xkb_keysym_t symbol) {
+  switch (symbol) {
+    case XKB_KEY_Caps_Lock:
+    case XKB_KEY_Shift_Lock:
+    case XKB_KEY_Num_Lock:
+    case XKB_KEY_Scroll_Lock:
+    case XKB_KEY_ISO_Lock:
+    case XKB_KEY_ISO_Level3_Lock:
+    case XKB_KEY_ISO_Level5_Lock:
+      return true;
+    default:
+      return false;
+  }
+}
+
 /// The event flags of a set of the map's modifiers.
 std::uint64_t flagsOf(xkb_keymap* keymap, xkb_mod_mask_t mask) {
   constexpr struct {
@@ -102,7 +117,8 @@ KeyMap::KeyMap(xkb_keymap* keymap) : characters_(xkb_keymap_num_layouts(keymap))
 
 void KeyMap::addModifier(xkb_keymap* keymap, std::uint16_t key) {
   const auto symbol = symbolOf(keymap, key, 0, 0);
-  keys_[key] = {.flag = flagOf(symbol), .isModifier = typesNothing(symbol)};
+  keys_[key] = {
+      .flag = flagOf(symbol), .isModifier = typesNothing(symbol), .isLock = locks(symbol)};
   // The map lists keys that no keyboard has (Meta, Hyper, a second Alt): those of a keyboard only.
   if (!virtualKey(key)) return;
   const auto keepFirst = [key](std::uint16_t& first) {

@@ -46,6 +46,9 @@ class KeyMap {
     return key < keyLimit && (keys_[key].isModifier || keys_[key].layoutFlags != 0);
   }
 
+  /// Whether the key turns Caps Lock, Num Lock or another lock on and off.
+  bool isLock(std::uint16_t key) const { return key < keyLimit && keys_[key].isLock; }
+
   /// A key that holds the modifier down, 0 when the map has none.
   std::uint16_t shiftKey() const { return shiftKey_; }
   std::uint16_t controlKey() const { return controlKey_; }
@@ -61,6 +64,7 @@ class KeyMap {
   struct Key {
     std::uint64_t flag = 0;
     bool isModifier = false;
+    bool isLock = false;
     std::uint64_t layoutFlags = 0;  // with these the key chooses the layout; 0 for none
   };
 

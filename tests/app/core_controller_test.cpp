@@ -85,6 +85,14 @@ TEST_F(CoreControllerTest, UndoesTheLastActionOnceThenLearnsItsToken) {
   EXPECT_EQ(services_.exceptions().tokens().size(), 1U);
 }
 
+TEST_F(CoreControllerTest, HasNothingToUndoInWhatWasNotTyped) {
+  record("слово");
+  desktop_.events.refusePosted();
+  doubleTapShift();
+  EXPECT_EQ(undone_, 0);
+  EXPECT_TRUE(services_.exceptions().tokens().empty());
+}
+
 TEST_F(CoreControllerTest, KeepsARefusedTapUntilItIsRestarted) {
   desktop_.events.setRefusesTaps(true);
   controller_->restart();

@@ -6,6 +6,13 @@ namespace kivra::guard {
 
 namespace {
 
+// What a program can mean: more is one gone wrong.
+constexpr std::size_t longestOrder = 100'000;
+
+bool isOrder(FrameKind kind) {
+  return kind == FrameKind::order || kind == FrameKind::postedKeys || kind == FrameKind::chords;
+}
+
 template <class Record>
 void append(std::vector<Record>& records, const std::vector<Record>& more) {
   records.insert(records.end(), more.begin(), more.end());
@@ -24,7 +31,7 @@ bool GuardChannel::send(const Report& report) {
 }
 
 void GuardChannel::sendHello() {
-  if (sendRecord(fd_, FrameKind::hello, Hello{}, false) == SendResult::closed) isOpen_ = false;
+  if (sendRecord(fd_, FrameKind::hello, Hello{}) == SendResult::closed) isOpen_ = false;
 }
 
 void GuardChannel::flush() {
@@ -32,7 +39,7 @@ void GuardChannel::flush() {
 }
 
 bool GuardChannel::sendNow(const Report& report) {
-  const auto result = sendRecord(fd_, FrameKind::report, report, false);
+  const auto result = sendRecord(fd_, FrameKind::report, report);
   if (result == SendResult::closed) isOpen_ = false;
   return result == SendResult::sent;
 }
@@ -48,22 +55,21 @@ std::optional<OrderMessage> GuardChannel::receive() {
 }
 
 std::optional<OrderMessage> GuardChannel::take(const Frame& frame) {
-  if (frame.kind == FrameKind::hello) {
-    const auto hello = frame.head<Hello>();
-    isForeignBuild_ = !hello || hello->version != protocolVersion;
-    if (isForeignBuild_) isOpen_ = false;
-    return std::nullopt;
-  }
+  isOpen_ = greeting_.accepts(frame);
   const auto order = frame.head<Order>();
-  if (!order) return std::nullopt;
-  if (!partial_) partial_.emplace();
+  if (!isOpen_ || !isOrder(frame.kind) || !order) return std::nullopt;
+  // Whatever stands between the parts of a list begins anew.
+  const auto goesOn =
+      partial_ && partial_->order.kind == order->kind && partial_->order.number == order->number;
+  if (!goesOn) partial_.emplace();
   partial_->order = *order;
   if (frame.kind == FrameKind::postedKeys) {
     append(partial_->keys, frame.records<PostedKey>(sizeof(Order)));
   } else if (frame.kind == FrameKind::chords) {
     append(partial_->chords, frame.records<Chord>(sizeof(Order)));
   }
-  if (order->more) return std::nullopt;
+  isOpen_ = partial_->keys.size() + partial_->chords.size() <= longestOrder;
+  if (!isOpen_ || order->more != 0) return std::nullopt;
   return std::exchange(partial_, std::nullopt);
 }
 

@@ -24,7 +24,7 @@ class GuardChannel {
 
   /// False once the program is gone, or has turned out to be of another build.
   bool isOpen() const { return isOpen_; }
-  bool isForeignBuild() const { return isForeignBuild_; }
+  bool isForeignBuild() const { return greeting_.isForeign(); }
 
   /// Sends now or, while the program is slow to read, later; never waits. False when the program
   /// has not read for so long that the report is dropped, or is gone.
@@ -47,7 +47,7 @@ class GuardChannel {
 
   int fd_;
   bool isOpen_ = true;
-  bool isForeignBuild_ = false;
+  Greeting greeting_;
   std::deque<Report> backlog_;
   std::optional<OrderMessage> partial_;
 };

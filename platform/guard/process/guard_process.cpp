@@ -59,15 +59,16 @@ void serve(Seat& seat, GuardChannel& channel, Heartbeat& heartbeat, int lifeline
   KeyboardGuard guard(seat, channel);
   guard.announce();
   bool isWatched = true;
-  while (isWatched && channel.isOpen()) {
+  while (isWatched) {
     heartbeat.beginWork();
-    if (!seat.dispatch(guard)) return;
-    guard.serve(KeyboardGuard::Clock::now());
+    if (!guard.serve(KeyboardGuard::Clock::now())) return;
     channel.flush();
     seat.flush();
+    if (!channel.isOpen()) break;
     heartbeat.rest();
     isWatched = waitForWork(seat, channel, lifeline, millisecondsUntil(guard.deadline()));
   }
+  heartbeat.beginWork();
   guard.letGo();
   seat.flush();
 }
@@ -76,6 +77,7 @@ int guardMain(const GuardDisplay& display, int channelFd, Heartbeat& heartbeat, 
   ::prctl(PR_SET_NAME, "keyboard-guard");
   GuardChannel channel(channelFd);
   channel.sendHello();
+  heartbeat.beginWork();
   try {
     const auto seat = display.openSeat();
     lockMemory();
@@ -103,6 +105,8 @@ void ignoreTerminal() {
 int runGuard(const GuardDisplay& display, int channelFd) {
   ::setsid();
   ignoreTerminal();
+  // Whoever starts this may ignore it.
+  std::signal(SIGCHLD, SIG_DFL);
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGCHLD);

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <csignal>
 
 namespace kivra::guard {
@@ -35,10 +36,11 @@ void GuardWatcher::watch() {
 }
 
 bool GuardWatcher::hasEnded() {
+  constexpr int changes = WEXITED | WSTOPPED | WCONTINUED | WNOHANG;
   siginfo_t info{};
-  while (::waitid(P_PID, static_cast<id_t>(guard_), &info,
-                  WEXITED | WSTOPPED | WCONTINUED | WNOHANG) == 0 &&
-         info.si_pid == guard_) {
+  for (;;) {
+    if (::waitid(P_PID, static_cast<id_t>(guard_), &info, changes) != 0) return errno != EINTR;
+    if (info.si_pid != guard_) return false;
     if (info.si_code == CLD_STOPPED) {
       stoppedSince_ = Clock::now();
     } else if (info.si_code == CLD_CONTINUED) {
@@ -48,7 +50,6 @@ bool GuardWatcher::hasEnded() {
     }
     info = {};
   }
-  return false;
 }
 
 bool GuardWatcher::isHung() const {
@@ -76,8 +77,7 @@ bool GuardWatcher::wait(int signalFd) {
     isAsleep_ = false;
     quietRounds_ = 0;
   } else if (count == 0 && !heartbeat_.workTime() && ++quietRounds_ > mostQuietRounds) {
-    isAsleep_ = true;
-    heartbeat_.sleep();
+    isAsleep_ = heartbeat_.sleep();
   }
   return waited[2].revents == 0 || rescue_.readEvents();
 }

@@ -31,16 +31,22 @@ Heartbeat& Heartbeat::shared() {
 }
 
 void Heartbeat::beginWork() {
-  busySince_.store(nowMs(), std::memory_order_release);
+  // In order with the look at the watcher's sleep: one of the two must see the other.
+  busySince_.store(nowMs());
   if (!isWatcherAsleep_.load() || !isWatcherAsleep_.exchange(false)) return;
   const std::uint64_t one = 1;
   [[maybe_unused]] const auto written = ::write(wakeFd_, &one, sizeof one);
 }
 
 std::optional<std::chrono::milliseconds> Heartbeat::workTime() const {
-  const auto since = busySince_.load(std::memory_order_acquire);
+  const auto since = busySince_.load();
   if (since == 0) return std::nullopt;
   return std::chrono::milliseconds(nowMs() - since);
+}
+
+bool Heartbeat::sleep() {
+  isWatcherAsleep_.store(true);
+  return !workTime();
 }
 
 void Heartbeat::wakeUp() {

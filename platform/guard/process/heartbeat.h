@@ -22,7 +22,8 @@ class Heartbeat {
 
   /// Readable when work begins after `sleep`.
   int wakeFd() const { return wakeFd_; }
-  void sleep() { isWatcherAsleep_.store(true); }
+  /// False when the guard has just gone to work, which it need not have told.
+  bool sleep();
   void wakeUp();
 
  private:

@@ -38,24 +38,17 @@ class Writer {
     releaseDown();
     for (const auto& key : keys) add(key);
     keepTriggerDown();
-    setModifiers(0);
+    liftAll();
     return {.body = std::move(steps_), .after = heldAgain()};
   }
 
  private:
   void releaseDown() {
-    std::uint64_t flags = 0;
-    for (std::uint16_t key = 0; key < KeyMap::keyLimit; ++key) {
-      if (situation_.down.test(key)) flags |= situation_.keyMap.flag(key);
-    }
-    // Alt or Super tapped alone opens a menu; another key between makes it none.
-    const auto other = situation_.keyMap.emptyKey();
-    if ((flags & tappedAlone) != 0 && other != 0) {
-      add(Step::Kind::press, other);
-      add(Step::Kind::release, other);
-    }
-    for (std::uint16_t key = 0; key < KeyMap::keyLimit; ++key) {
-      if (situation_.down.test(key)) add(Step::Kind::release, key);
+    steps_ = tapBetween(situation_.keyMap, situation_.down);
+    for (std::uint16_t key = 0; key < keyCount; ++key) {
+      // Caps Lock, pressed to end it, ends with the release.
+      const auto isDown = situation_.down.test(key) && !situation_.keyMap.isLock(key);
+      if (isDown) add(Step::Kind::release, key);
     }
   }
 
@@ -85,7 +78,7 @@ class Writer {
         add(Step::Kind::selectGroup, key.value);
         break;
       case PostedKey::Kind::pause:
-        setModifiers(0);
+        liftAll();
         add(Step::Kind::pause, key.value);
         break;
     }
@@ -104,6 +97,7 @@ class Writer {
 
   void stroke(std::uint16_t key, bool down, std::uint64_t flags) {
     if (down) setModifiers(flags);
+    pressed_.set(key, down);
     add(down ? Step::Kind::press : Step::Kind::release, key);
   }
 
@@ -128,9 +122,17 @@ class Writer {
     if (steps_.back() == release) steps_.pop_back();
   }
 
+  void liftAll() {
+    for (std::uint16_t key = 0; pressed_.any() && key < KeyMap::keyLimit; ++key) {
+      if (pressed_.test(key)) stroke(key, false, 0);
+    }
+    setModifiers(0);
+  }
+
   const KeyScriptSituation& situation_;
   std::uint32_t group_;
   std::uint64_t flags_ = 0;  // modifiers that the script holds
+  KeySet pressed_;           // other keys that it holds
   Steps steps_;
 };
 

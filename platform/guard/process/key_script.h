@@ -1,20 +1,13 @@
 #pragma once
 
-#include <bitset>
 #include <cstdint>
 #include <vector>
 
 #include "platform/guard/process/seat.h"
+#include "platform/guard/process/seat_keys.h"
 #include "platform/guard/protocol/guard_protocol.h"
 
 namespace kivra::guard {
-
-using KeySet = std::bitset<KeyMap::keyLimit>;
-
-/// Modifiers that do something when they are pressed and let go of without another key. After a
-/// script they are pressed again only with the next key.
-inline constexpr std::uint64_t tappedAlone =
-    event_flags::option | event_flags::command | event_flags::fn;
 
 /// What is typed for the program, and what puts the keyboard back as the hands hold it. A script
 /// that is broken off at a pause goes on with `after`.
@@ -36,8 +29,9 @@ struct KeyScriptSituation {
 
 /// Turns posted keys into steps that come out the same whatever hands hold down: what is down is
 /// let go of first, each key gets exactly the modifiers that it was posted with, and Shift and
-/// Control are pressed again if hands hold them. The locks are left as they are: what was typed
-/// with Caps Lock on comes out with it as well. A Command chord becomes the desktop's own shortcut.
+/// Control are pressed again if hands hold them; nothing else stays down. The locks and their keys
+/// are left as they are: what was typed with Caps Lock on comes out with it as well. A Command
+/// chord becomes the desktop's own shortcut.
 KeyScript writeKeyScript(const std::vector<PostedKey>& keys, const KeyScriptSituation& situation);
 
 }  // namespace kivra::guard

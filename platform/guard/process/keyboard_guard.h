@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <optional>
@@ -8,8 +9,10 @@
 #include <vector>
 
 #include "platform/guard/process/guard_channel.h"
-#include "platform/guard/process/key_script.h"
+#include "platform/guard/process/guard_reports.h"
+#include "platform/guard/process/script_player.h"
 #include "platform/guard/process/seat.h"
+#include "platform/guard/process/seat_keys.h"
 
 namespace kivra::guard {
 
@@ -20,7 +23,7 @@ namespace kivra::guard {
 /// and a program that hangs, stops or dies never stops the keyboard. One thread; never waits.
 class KeyboardGuard : public SeatListener {
  public:
-  using Clock = std::chrono::steady_clock;
+  using Clock = ScriptPlayer::Clock;
 
   /// How long the program may take to decide of a key. Well below the second after which users
   /// take a keyboard for dead, far above what a decision costs on a machine under load.
@@ -30,22 +33,21 @@ class KeyboardGuard : public SeatListener {
   /// and the key passes unasked.
   static constexpr std::size_t mostWaiting = 200;
 
-  KeyboardGuard(Seat& seat, GuardChannel& channel) : seat_(seat), channel_(channel) {}
+  KeyboardGuard(Seat& seat, GuardChannel& channel)
+      : seat_(seat), channel_(channel), reports_(seat, channel) {}
 
   /// Tells the program that all is set up.
-  void announce();
+  void announce() { reports_.notice(ReportKind::ready); }
 
-  /// Takes in what the program has ordered, and goes on where the time has come.
-  void serve(Clock::time_point now);
+  /// Takes in what has come from the seat and from the program, and goes on where the time has
+  /// come. False when the display is gone.
+  bool serve(Clock::time_point now);
 
   /// When `serve` wants to be called at the latest; nothing while only input matters.
   std::optional<Clock::time_point> deadline() const;
 
-  /// Lets every key go on that waits, and gives up what is being typed.
+  /// Types to its end what is being typed, and lets every key go on that waits: the guard ends.
   void letGo();
-
-  /// Keys that are down at the application.
-  const KeySet& down() const { return down_; }
 
   void key(const SeatKey& key) override;
   void foreignKey() override { add(Happening::wordBroken); }
@@ -54,10 +56,12 @@ class KeyboardGuard : public SeatListener {
   }
   void focusMoved() override;
   void secrecyChanged(bool isSecret) override;
-  void keyboardMissing() override { notify(ReportKind::noKeyboard); }
-  void keyboardBusy() override { notify(ReportKind::keyboardBusy); }
+  void keyboardMissing() override { reports_.notice(ReportKind::noKeyboard); }
+  void keyboardBusy() override { reports_.notice(ReportKind::keyboardBusy); }
 
  private:
+  friend class GuardState;  // of the test that tells equal states from others
+
   enum class Happening : std::uint8_t { wordBroken, leftButton, rightButton };
   using Item = std::variant<SeatKey, Happening>;
 
@@ -67,63 +71,48 @@ class KeyboardGuard : public SeatListener {
     Clock::time_point deadline;
   };
 
+  /// What the program has decided, or what has become of a key without it; takes its turn.
   struct Post {
     OrderMessage message;
-    std::uint16_t trigger = 0;  // the key in whose place it stands, 0 for none
-  };
-
-  struct Playing {
-    std::uint32_t number = 0;
-    KeyScript script;
-    std::size_t next = 0;
-    std::optional<Clock::time_point> pauseEnd;
+    std::optional<SeatKey> key;  // that was decided of
   };
 
   void handle(const OrderMessage& message);
   void setEnabled(bool enabled);
+  void take(const OrderMessage& verdict);
+  void endDecision(const OrderMessage& verdict);
+  void breakOff();
 
   void add(Item item);
   void run();
-  bool isHeldUp() const { return decision_ || playing_ || !posts_.empty(); }
+  bool play();
+  void begin(const Post& post);
+  bool isRefused(const OrderMessage& message) const;
+
   void process(const SeatKey& key);
   void process(Happening happening);
   void press(const SeatKey& key);
+  bool pressTyping(const SeatKey& key, std::uint64_t flags);
   void release(const SeatKey& key);
   void repeat(const SeatKey& key);
-  void decide(const SeatKey& key, Report report);
-  void take(const OrderMessage& verdict);
-  void expire();
-  void pass(const SeatKey& key);
-  void pressOwed(const SeatKey& key);
-
-  void post(const OrderMessage& message);
-  void play(Clock::time_point now);
-  bool playUntilPause(Clock::time_point now);
-  void breakOff();
-  void type(const Steps& steps);
+  bool decide(const SeatKey& key, Report report);
+  Report modifierChange(const SeatKey& key) const;
   bool isConsumable(std::uint16_t keyCode, std::uint64_t flags) const;
   bool isFlooded() const;
 
-  std::uint64_t flags() const;
-  std::uint32_t report(Report report);
-  void notify(ReportKind kind, std::uint32_t number = 0);
-
   Seat& seat_;
   GuardChannel& channel_;
+  GuardReports reports_;
+  SeatKeys keys_{seat_};
+  ScriptPlayer player_{keys_};
   std::deque<Item> waiting_;
   std::optional<Decision> decision_;
   std::deque<Post> posts_;
-  std::optional<Playing> playing_;
   std::vector<Chord> consumable_;
-  KeySet held_;               // by hands, as far as keys had their turn
-  KeySet down_;               // at the application
-  std::uint16_t lone_ = 0;    // the modifier that was pressed last, with no other key since
+  bool isLone_ = false;       // a modifier has been pressed, and no other key since
+  bool isMidWord_ = false;    // the program has not been told of all of the word
   std::uint16_t repeat_ = 0;  // the key whose repeats have been reported
-  bool isEnabled_ = false;
-  bool isSecret_ = false;
-  bool owesNotice_ = false;
-  std::uint32_t number_ = 0;
-  std::uint32_t lastPassed_ = 0;  // the number of the last press that has gone on
+  Clock::time_point now_;
 };
 
 }  // namespace kivra::guard

@@ -20,7 +20,7 @@ iovec vectorOf(std::span<const std::byte> bytes) {
 }  // namespace
 
 SendResult sendFrame(int fd, FrameKind kind, std::span<const std::byte> record,
-                     std::span<const std::byte> rest, bool mayWait) {
+                     std::span<const std::byte> rest) {
   const FrameHeader header{.kind = kind,
                            .length = static_cast<std::uint32_t>(record.size() + rest.size())};
   std::array parts = {vectorOf(std::as_bytes(std::span(&header, 1))), vectorOf(record),
@@ -28,8 +28,7 @@ SendResult sendFrame(int fd, FrameKind kind, std::span<const std::byte> record,
   msghdr message{};
   message.msg_iov = parts.data();
   message.msg_iovlen = parts.size();
-  const int flags = MSG_NOSIGNAL | (mayWait ? 0 : MSG_DONTWAIT);
-  while (::sendmsg(fd, &message, flags) < 0) {
+  while (::sendmsg(fd, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
     if (errno == EAGAIN || errno == EWOULDBLOCK) return SendResult::wouldBlock;
     if (errno != EINTR) return SendResult::closed;
   }
@@ -46,13 +45,22 @@ Received receiveFrame(int fd) {
   }
   FrameHeader header;
   const auto length = static_cast<std::size_t>(size);
-  if (length < sizeof header) return {};
+  // Whoever sends what is no frame cannot be understood in anything.
+  if (length < sizeof header) return {.frame = {}, .isClosed = true};
   std::memcpy(&header, packet.data(), sizeof header);
-  if (header.length != length - sizeof header) return {};
+  if (header.length != length - sizeof header) return {.frame = {}, .isClosed = true};
   return {.frame = Frame{.kind = header.kind,
                          .payload = {packet.begin() + sizeof header,
                                      packet.begin() + static_cast<std::ptrdiff_t>(length)}},
           .isClosed = false};
+}
+
+bool Greeting::accepts(const Frame& frame) {
+  if (isForeign_ || (isHeard_ && frame.kind != FrameKind::hello)) return !isForeign_;
+  const auto hello = frame.head<Hello>();
+  isHeard_ = frame.kind == FrameKind::hello && hello && hello->version == protocolVersion;
+  isForeign_ = !isHeard_;
+  return isHeard_;
 }
 
 }  // namespace kivra::guard

@@ -41,18 +41,31 @@ struct Frame {
 
 enum class SendResult { sent, wouldBlock, closed };
 
-/// Sends a frame of one record and of those in `rest`; waits for room only if `mayWait`.
+/// Sends a frame of one record and of those in `rest`, without waiting.
 SendResult sendFrame(int fd, FrameKind kind, std::span<const std::byte> record,
-                     std::span<const std::byte> rest, bool mayWait);
+                     std::span<const std::byte> rest);
 
 template <class Record>
-SendResult sendRecord(int fd, FrameKind kind, const Record& record, bool mayWait) {
-  return sendFrame(fd, kind, std::as_bytes(std::span(&record, 1)), {}, mayWait);
+SendResult sendRecord(int fd, FrameKind kind, const Record& record) {
+  return sendFrame(fd, kind, std::as_bytes(std::span(&record, 1)), {});
 }
 
+/// What the other end has said of itself: whether its frames can be understood.
+class Greeting {
+ public:
+  /// True for a frame that may be read on: the other end has greeted and is of this version.
+  bool accepts(const Frame& frame);
+  /// It has turned out to be of another build.
+  bool isForeign() const { return isForeign_; }
+
+ private:
+  bool isHeard_ = false;
+  bool isForeign_ = false;
+};
+
 struct Received {
-  std::optional<Frame> frame;  ///< nothing: none is there, or what came is no frame
-  bool isClosed = false;       ///< the other end is gone
+  std::optional<Frame> frame;  ///< nothing when none is there
+  bool isClosed = false;       ///< the other end is gone, or sends what is no frame
 };
 
 /// The next frame, without waiting.

@@ -6,10 +6,12 @@
 namespace kivra::guard {
 
 // What the program and its keyboard guard say to each other: frames over a SOCK_SEQPACKET pair. A
-// frame is a header and one or more plain records; both ends run on one machine.
+// frame is a header and one or more plain records; both ends run on one machine. Answers of yes or
+// no are a byte, 0 for no: what comes from outside need not make a bool.
 
-/// Both ends say it first. After an upgrade they may be of two builds.
-inline constexpr std::uint32_t protocolVersion = 1;
+/// Both ends say it first. After an upgrade they may be of two builds. One more with every change
+/// in this file.
+inline constexpr std::uint32_t protocolVersion = 2;
 
 enum class FrameKind : std::uint32_t {
   hello = 1,       ///< Hello; the first frame of either end, in every version
@@ -46,9 +48,9 @@ enum class ReportKind : std::uint8_t {
 struct Report {
   std::uint32_t number = 0;  ///< of the event, counting from 1
   ReportKind kind = ReportKind::ready;
-  bool awaitsVerdict = false;  ///< the key goes on only after the verdict
-  std::uint16_t keyCode = 0;   ///< virtual key code
-  std::uint32_t group = 0;     ///< the XKB group in effect
+  std::uint8_t awaitsVerdict = 0;  ///< the key goes on only after the verdict
+  std::uint16_t keyCode = 0;       ///< virtual key code
+  std::uint32_t group = 0;         ///< the XKB group in effect
   std::uint64_t flags = 0;
 };
 
@@ -58,8 +60,8 @@ enum class OrderKind : std::uint8_t { verdict, post, setConsumable, enable, disa
 
 struct Order {
   OrderKind kind = OrderKind::post;
-  bool drop = false;  ///< of a verdict: the key is consumed
-  bool more = false;  ///< the list goes on in the next order
+  std::uint8_t drop = 0;  ///< of a verdict: the key is consumed
+  std::uint8_t more = 0;  ///< the list goes on in the next order
   /// Of a verdict, the event decided of. Of a post, the last event that its sender had seen, beyond
   /// which no key may have gone on; 0 for a post that fits anywhere.
   std::uint32_t number = 0;
@@ -69,7 +71,7 @@ struct PostedKey {
   enum class Kind : std::uint8_t { key, character, selectGroup, pause };
 
   Kind kind = Kind::key;
-  bool down = true;
+  std::uint8_t down = 1;
   std::uint16_t keyCode = 0;  ///< virtual key code
   std::uint32_t value = 0;    ///< the character's scalar, the group, or the pause in milliseconds
   std::uint64_t flags = 0;

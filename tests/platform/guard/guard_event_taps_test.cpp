@@ -1,0 +1,331 @@
+// The program's side, against a guard that the test plays itself.
+
+#include "platform/guard/guard_event_taps.h"
+
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "platform/embedded/virtual_time.h"
+#include "platform/guard/descriptor_message.h"
+#include "platform/guard/guard_event_posting.h"
+#include "platform/guard/process/guard_channel.h"
+
+namespace kivra::guard {
+namespace {
+
+using namespace std::chrono_literals;
+
+struct Lines : Log {
+  void log(std::string_view line) override { lines.emplace_back(line); }
+  std::vector<std::string> lines;
+};
+
+class GuardEventTapsTest : public testing::Test {
+ protected:
+  /// A guard's end of the socket.
+  struct Guard {
+    explicit Guard(int fd) : channel(fd) {}
+    ~Guard() { ::close(channel.fd()); }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+    GuardChannel channel;
+  };
+
+  GuardEventTapsTest() {
+    // Inherited: the program that is started lends its end over it.
+    ::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, lending_.data());
+    ::setenv("KIVRA_LENDING_FD", std::to_string(lending_[1]).c_str(), 1);
+  }
+  ~GuardEventTapsTest() override {
+    for (const auto end : lending_) ::close(end);
+  }
+
+  /// The guard that has been started last; none when nothing is started for a while.
+  std::unique_ptr<Guard> started(int patience = 20'000) {
+    pollfd waited{.fd = lending_[0], .events = POLLIN, .revents = 0};
+    if (::poll(&waited, 1, patience) != 1) return nullptr;
+    DescriptorMessage lent;
+    if (::recvmsg(lending_[0], &lent.message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
+    int fd = -1;
+    std::memcpy(&fd, CMSG_DATA(CMSG_FIRSTHDR(&lent.message)), sizeof fd);
+    ++starts;
+    return std::make_unique<Guard>(fd);
+  }
+
+  /// Starts the tap and its guard.
+  void start() {
+    taps.setConsumableKeys({{.keyCode = key_codes::space}});
+    port = taps.eventTapCreate(
+        ~0ULL, [this](EventType type, const Event& event) { return callback(type, event); });
+    taps.runLoopAddSource(*taps.createRunLoopSource(*port));
+    taps.eventTapEnable(*port, true);
+    guard = started();
+    ASSERT_TRUE(guard);
+  }
+
+  EventVerdict callback(EventType type, const Event& event) {
+    events.push_back(event);
+    events.back().type = type;
+    groups.push_back(group.ofEvent.value_or(99));
+    for (const auto& key : answer) posted.add(key);
+    return verdict;
+  }
+
+  /// The guard says it, and the program reads.
+  void report(const Report& report) {
+    guard->channel.send(report);
+    read();
+  }
+  void greet(std::uint32_t version = protocolVersion) {
+    sendRecord(guard->channel.fd(), FrameKind::hello, Hello{version});
+  }
+  void greetAndBeReady() {
+    greet();
+    report({.kind = ReportKind::ready});
+  }
+  void read() {
+    if (const auto watched = onReadable.lock()) (*watched)();
+  }
+  /// The guard ends, and so has the process that lent its end of the socket.
+  void end() {
+    guard.reset();
+    pollfd waited{.fd = link.fd(), .events = POLLIN, .revents = 0};
+    ::poll(&waited, 1, 20'000);
+    read();
+  }
+  void skipOrders() {
+    while (guard->channel.receive()) {
+    }
+  }
+
+  std::array<int, 2> lending_{};
+  embedded::Effects effects{nullptr};
+  embedded::VirtualTime time{effects};
+  Lines log;
+  PostedKeys posted;
+  InputGroup group;
+  GuardLink link{KIVRA_LENDING_GUARD};
+  int refusals = 0;
+  std::chrono::milliseconds pause{0};
+  bool hasSelection = false;
+  std::weak_ptr<std::function<void()>> onReadable;
+  GuardEventTaps taps{{.guard = link,
+                       .posted = posted,
+                       .group = group,
+                       .runLoop = time,
+                       .log = log,
+                       .watchFd =
+                           [this](int, std::function<void()> called) {
+                             auto kept = std::make_shared<std::function<void()>>(std::move(called));
+                             onReadable = kept;
+                             return kept;
+                           },
+                       .groupSelected = [](std::uint32_t) {},
+                       .hasSelectionBehind = [this](std::size_t) { return hasSelection; },
+                       .pauseAfterErasing = [this] { return pause; },
+                       .postRefused = [this] { ++refusals; }}};
+  std::shared_ptr<EventTapPort> port;
+  std::unique_ptr<Guard> guard;
+  std::vector<Event> events;
+  std::vector<std::uint32_t> groups;
+  std::vector<PostedKey> answer;
+  EventVerdict verdict = EventVerdict::pass;
+  int starts = 0;
+};
+
+TEST_F(GuardEventTapsTest, TellsTheGuardWhatItNeedsAndAnswersIt) {
+  start();
+  const auto chords = guard->channel.receive();
+  ASSERT_TRUE(chords);
+  EXPECT_EQ(chords->chords, std::vector<Chord>{{.keyCode = key_codes::space}});
+  EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::enable);
+  greetAndBeReady();
+  verdict = EventVerdict::drop;
+  answer = {{.keyCode = 1}, {.kind = PostedKey::Kind::selectGroup, .value = 1}};
+  report({.number = 7,
+          .kind = ReportKind::keyDown,
+          .awaitsVerdict = 1,
+          .keyCode = key_codes::space,
+          .group = 1});
+  EXPECT_EQ(groups, std::vector{1U});
+  EXPECT_FALSE(group.ofEvent);
+  const auto decided = guard->channel.receive();
+  ASSERT_TRUE(decided);
+  EXPECT_EQ(decided->order.kind, OrderKind::verdict);
+  EXPECT_EQ(decided->order.number, 7U);
+  EXPECT_NE(decided->order.drop, 0);
+  EXPECT_EQ(decided->keys, answer);
+  report({.number = 8, .kind = ReportKind::keyDown});
+  EXPECT_EQ(guard->channel.receive()->order.number, 8U) << "a post, up to that event";
+  answer.clear();
+  posted.add({.keyCode = 2});
+  EXPECT_FALSE(guard->channel.receive()) << "all that is posted in one go stays together";
+  posted.add({.keyCode = 3});
+  time.serve();
+  const auto post = guard->channel.receive();
+  ASSERT_TRUE(post);
+  EXPECT_EQ(post->order.number, 0U);
+  EXPECT_EQ(post->keys.size(), 2U);
+}
+
+TEST_F(GuardEventTapsTest, GivesAnApplicationItsPauseAndACompletionItsDelete) {
+  start();
+  skipOrders();
+  greetAndBeReady();
+  const PostedKey erase{.keyCode = key_codes::deleteKey};
+  auto lift = erase;
+  lift.down = 0;
+  answer = {erase, lift, {.keyCode = 1}};
+  pause = 20ms;
+  report({.number = 1, .kind = ReportKind::keyDown});
+  const PostedKey wait{.kind = PostedKey::Kind::pause, .value = 20};
+  EXPECT_EQ(guard->channel.receive()->keys,
+            (std::vector<PostedKey>{erase, lift, wait, {.keyCode = 1}}));
+  pause = 0ms;
+  hasSelection = true;
+  report({.number = 2, .kind = ReportKind::keyDown});
+  EXPECT_EQ(guard->channel.receive()->keys,
+            (std::vector<PostedKey>{erase, lift, erase, lift, {.keyCode = 1}}));
+}
+
+TEST_F(GuardEventTapsTest, WhatHasNotBeenTypedIsTakenBack) {
+  start();
+  greetAndBeReady();
+  report({.number = 1, .kind = ReportKind::refused});
+  EXPECT_EQ(refusals, 1);
+  EXPECT_TRUE(events.empty());
+  report({.kind = ReportKind::timedOut});
+  EXPECT_EQ(refusals, 2);
+  ASSERT_EQ(events.size(), 1U);
+  EXPECT_EQ(events[0].type, EventType::tapDisabledByTimeout);
+}
+
+TEST_F(GuardEventTapsTest, AGuardOfAnotherBuildIsNotHeardAndNotReplaced) {
+  start();
+  greet(protocolVersion + 1);
+  report({.number = 1, .kind = ReportKind::keyDown});
+  EXPECT_TRUE(events.empty());
+  time.runFor(60s);
+  EXPECT_EQ(started(0), nullptr);
+  EXPECT_EQ(log.lines, std::vector<std::string>{
+                           "Kivra: сторож клавиатуры другой версии; перезапустите Kivra"});
+}
+
+TEST_F(GuardEventTapsTest, AGuardThatEndsIsReplacedAtOnceAndToldAll) {
+  start();
+  greetAndBeReady();
+  report({.number = 1, .kind = ReportKind::keyDown});
+  end();
+  EXPECT_EQ(refusals, 1) << "what it has not typed nobody will";
+  time.serve();
+  guard = started();
+  ASSERT_TRUE(guard);
+  greetAndBeReady();
+  EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::setConsumable);
+  EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::enable);
+  report({.number = 1, .kind = ReportKind::keyDown});
+  EXPECT_EQ(events.size(), 2U);
+}
+
+TEST_F(GuardEventTapsTest, GuardsThatEndBeforeAKeyIsTypedAreReplacedAFewTimesMore) {
+  start();
+  for (int i = 0; i < 3; ++i) {
+    end();
+    time.runFor(10s);
+    guard = started();
+    ASSERT_TRUE(guard) << i;
+  }
+  // It has come through; later ones may fail as often again.
+  greetAndBeReady();
+  report({.number = 1, .kind = ReportKind::keyDown});
+  starts = 0;
+  while (guard && starts < 100) {
+    end();
+    time.runFor(10s);
+    guard = started(starts < 7 ? 20'000 : 0);
+  }
+  EXPECT_EQ(starts, 7);
+  EXPECT_EQ(log.lines.back(), "Kivra: сторож клавиатуры не запускается, перехвата нет");
+  // The user's next try is a beginning.
+  port.reset();
+  start();
+}
+
+TEST_F(GuardEventTapsTest, WhereTheDisplayLacksSomethingNoOtherGuardIsTried) {
+  start();
+  greet();
+  report({.kind = ReportKind::unavailable});
+  end();
+  time.runFor(60s);
+  EXPECT_EQ(started(0), nullptr);
+  EXPECT_EQ(log.lines.size(), 1U);
+}
+
+TEST_F(GuardEventTapsTest, NoGuardIsStartedForATapThatIsGone) {
+  start();
+  end();
+  port.reset();
+  time.runFor(60s);
+  EXPECT_EQ(started(0), nullptr);
+}
+
+// More than a socket takes.
+TEST_F(GuardEventTapsTest, AGuardThatDoesNotReadKeepsNobodyAndGetsAllInTheEnd) {
+  start();
+  skipOrders();
+  constexpr std::uint32_t posts = 1000;
+  for (std::uint32_t number = 0; number < posts; ++number) {
+    for (int i = 0; i < 40; ++i) {
+      posted.add({.kind = PostedKey::Kind::character, .value = number});
+    }
+    time.serve();
+  }
+  EXPECT_TRUE(link.hasBacklog());
+  std::uint32_t next = 0;
+  for (int rounds = 0; next < posts && rounds < 1000; ++rounds) {
+    while (const auto post = guard->channel.receive()) {
+      ASSERT_EQ(post->keys.size(), 40U);
+      ASSERT_EQ(post->keys[0].value, next++);
+    }
+    time.runFor(5ms);
+  }
+  EXPECT_EQ(next, posts);
+  EXPECT_FALSE(link.hasBacklog());
+}
+
+TEST(GuardLink, SaysWhenNoGuardCanBeStarted) {
+  GuardLink link("/nowhere/guard");
+  EXPECT_FALSE(link.start());
+  link.send({.kind = OrderKind::enable});
+  EXPECT_FALSE(link.receive());
+}
+
+TEST(GuardEventPosting, CharactersAreTypedWholeWhenTheirKeyGoesDown) {
+  PostedKeys posted;
+  GuardEventPosting posting(posted);
+  const auto source = posting.eventSourceCreate(0);
+  auto event = posting.createKeyboardEvent(*source, 0, true);
+  ASSERT_TRUE(event);
+  event->unicodeString = "aж\xFF€😀";
+  posting.eventPost(*event);
+  event->down = false;
+  posting.eventPost(*event);
+  std::u32string typed;
+  for (const auto& key : posted.take()) typed += static_cast<char32_t>(key.value);
+  EXPECT_EQ(typed, U"aж\uFFFD€😀");
+  EXPECT_FALSE(posting.createKeyboardEvent(*source, 0x7FFF, true));
+}
+
+}  // namespace
+}  // namespace kivra::guard
