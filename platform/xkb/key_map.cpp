@@ -148,7 +148,9 @@ void KeyMap::addCharacters(xkb_keymap* keymap, std::uint16_t key) {
     for (xkb_level_index_t level = 0; level < 2; ++level) {
       const auto scalar = xkb_keysym_to_utf32(symbolOf(keymap, key, group, level));
       if (scalar == 0) continue;
-      const CharacterKey found{key, level == 1};
+      const auto isCased =
+          xkb_keysym_to_upper(symbolOf(keymap, key, group, 0)) != symbolOf(keymap, key, group, 0);
+      const CharacterKey found{key, level == 1, isCased};
       auto& known =
           characters_[group].try_emplace(scalar == '\r' ? '\n' : scalar, found).first->second;
       if (known.shift && !found.shift) known = found;

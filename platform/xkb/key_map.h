@@ -16,6 +16,7 @@ namespace kivra {
 struct CharacterKey {
   std::uint16_t evdev = 0;
   bool shift = false;
+  bool isCased = false;  ///< a letter, which Caps Lock turns into its other case
 
   bool operator==(const CharacterKey&) const = default;
 };

@@ -28,11 +28,18 @@ void GuardWatcher::watch() {
   sigaddset(&signals, SIGCHLD);
   const int signalFd = ::signalfd(-1, &signals, SFD_NONBLOCK | SFD_CLOEXEC);
   while (!hasEnded()) {
-    const auto isStopped = stoppedSince_ && Clock::now() - *stoppedSince_ >= stoppedTime;
+    if (stoppedSince_ && Clock::now() - *stoppedSince_ >= stoppedTime) goOn();
     const auto isServed = wait(signalFd);
-    if (isStopped || isHung() || !isServed) ::kill(guard_, SIGKILL);
+    if (isHung() || !isServed) ::kill(guard_, SIGKILL);
   }
   ::close(signalFd);
+}
+
+void GuardWatcher::goOn() {
+  const auto now = Clock::now();
+  const auto isStoppedAgain = continued_ && now - *continued_ < insistedTime;
+  continued_ = now;
+  ::kill(guard_, isStoppedAgain ? SIGKILL : SIGCONT);
 }
 
 bool GuardWatcher::hasEnded() {

@@ -15,7 +15,11 @@ namespace kivra::guard {
 class GuardWatcher {
  public:
   /// A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
+  /// It is continued then: what was typed meanwhile comes in order.
   static constexpr std::chrono::milliseconds stoppedTime{300};
+
+  /// One that is stopped for as long again so soon after that is ended.
+  static constexpr std::chrono::milliseconds insistedTime{3000};
 
   /// One that only waits for the processor gets more time: with it go the keys that wait behind a
   /// decision. On two cores with six busy programs a second was not enough.
@@ -32,6 +36,7 @@ class GuardWatcher {
   using Clock = std::chrono::steady_clock;
 
   bool hasEnded();
+  void goOn();
   bool isHung() const;
   int timeout() const;
   bool wait(int signalFd);
@@ -40,6 +45,7 @@ class GuardWatcher {
   Heartbeat& heartbeat_;
   KeyboardRescue& rescue_;
   std::optional<Clock::time_point> stoppedSince_;
+  std::optional<Clock::time_point> continued_;
   int quietRounds_ = 0;
   bool isAsleep_ = false;
 };

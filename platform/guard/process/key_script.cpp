@@ -86,7 +86,8 @@ class Writer {
 
   void addCharacter(std::uint32_t scalar) {
     if (const auto key = situation_.keyMap.keyFor(scalar, group_)) {
-      const auto flags = key->shift ? event_flags::shift : 0;
+      const auto isTurned = key->isCased && situation_.isCapsLocked;
+      const auto flags = key->shift != isTurned ? event_flags::shift : 0;
       stroke(key->evdev, true, flags);
       stroke(key->evdev, false, flags);
       return;

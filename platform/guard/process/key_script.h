@@ -22,6 +22,7 @@ struct KeyScriptSituation {
   std::uint32_t group = 0;
   KeySet down;  ///< at the application
   KeySet held;  ///< by hands
+  bool isCapsLocked = false;
   /// A key that is held and was kept from the application: if the script ends with it, it stays
   /// down, and repeats as it would have. 0 for none.
   std::uint16_t trigger = 0;
@@ -30,8 +31,8 @@ struct KeyScriptSituation {
 /// Turns posted keys into steps that come out the same whatever hands hold down: what is down is
 /// let go of first, each key gets exactly the modifiers that it was posted with, and Shift and
 /// Control are pressed again if hands hold them; nothing else stays down. The locks and their keys
-/// are left as they are: what was typed with Caps Lock on comes out with it as well. A Command
-/// chord becomes the desktop's own shortcut.
+/// are left as they are: keys that were typed with Caps Lock on come out with it as well, while
+/// characters keep their case. A Command chord becomes the desktop's own shortcut.
 KeyScript writeKeyScript(const std::vector<PostedKey>& keys, const KeyScriptSituation& situation);
 
 }  // namespace kivra::guard

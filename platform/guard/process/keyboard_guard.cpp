@@ -171,6 +171,7 @@ void KeyboardGuard::begin(const Post& post) {
                                                 .group = seat_.group(),
                                                 .down = keys_.down(),
                                                 .held = keys_.held(),
+                                                .isCapsLocked = seat_.isCapsLocked(),
                                                 .trigger = isDropped ? key->evdev : noKey}));
   }
 }

@@ -65,6 +65,8 @@ class Seat {
   virtual const KeyMap& keyMap() const = 0;
   /// The group in effect after all that went on.
   virtual std::uint32_t group() = 0;
+  /// Caps Lock is on, likewise.
+  virtual bool isCapsLocked() = 0;
 
   /// Goes on as typed.
   virtual void pass(const SeatKey& key) = 0;

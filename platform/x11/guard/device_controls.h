@@ -2,29 +2,38 @@
 
 #include <X11/Xlib.h>
 
+#include <functional>
+
 namespace kivra::x11 {
 
-/// The session's keyboard controls (how keys repeat, slow, bounce, sticky and mouse keys), which
-/// the server keeps for each device, and which others set for the session while keyboards float.
+/// The session's keyboard controls (how keys repeat, slow, bounce, sticky and mouse keys). The
+/// server keeps them for each device, and sets those of the session for the devices that do not
+/// float. While keyboards are held, slow and bounce keys act on them alone, since hands have been
+/// filtered before XTEST types and nothing of a script may be lost; sticky and mouse keys act on
+/// XTEST alone.
 class DeviceControls {
  public:
   explicit DeviceControls(Display* display) : display_(display) {}
 
-  /// A keyboard that is held filters what hands do: slow and bounce keys. Sticky and mouse keys
-  /// would act on the keyboard alone, and its keys would be lost to them.
+  /// Keeps the session's filters from XTEST's keys. To be called again when the session's controls
+  /// have changed.
+  void takeFilters();
+
+  /// Gives a keyboard that is held the session's controls and filters.
   void giveTo(int keyboard) const;
 
-  /// XTEST's keys come from hands that have been filtered already, or from a script, of which
-  /// nothing may be lost.
-  void giveToXtest(int keyboard) const;
+  /// Gives the filters back to the session, and to all keyboards that are not held any more.
+  void giveFiltersBack() const;
 
-  /// As the session has them, for a device that is not held any more.
-  void giveBack(int device) const;
+  /// What an ended guard has left to a keyboard counts as the session's.
+  void findFiltersOf(int keyboard);
 
  private:
-  void give(int device, unsigned int without) const;
+  void change(int device, const std::function<void(unsigned int& enabled)>& adjust) const;
+  unsigned int enabledOn(int device) const;
 
   Display* display_;
+  unsigned int filters_ = 0;  // XkbSlowKeysMask, XkbBounceKeysMask: the session's
 };
 
 }  // namespace kivra::x11

@@ -10,6 +10,17 @@
 
 namespace kivra::x11 {
 
+namespace {
+
+/// Xorg refuses a whole map for an action on one of the last key codes, which no keyboard has: it
+/// counts the symbols of the first 248 codes only.
+void dropActionsOfHighKeys(XkbDescRec& map) {
+  constexpr int firstUncounted = 248;
+  for (int code = firstUncounted; code <= map.max_key_code; ++code) map.server->key_acts[code] = 0;
+}
+
+}  // namespace
+
 DeviceMaps::DeviceMaps(Display* display)
     : display_(display), context_(xkb_context_new(XKB_CONTEXT_NO_FLAGS)) {
   xkb_x11_setup_xkb_extension(XGetXCBConnection(display_), XKB_X11_MIN_MAJOR_XKB_VERSION,
@@ -37,6 +48,7 @@ void DeviceMaps::copy(int from, int to) const {
   XkbGetIndicatorMap(display_, XkbAllIndicatorsMask, map);
   XkbGetCompatMap(display_, XkbAllCompatMask, map);
   XkbGetNames(display_, XkbAllNamesMask, map);
+  dropActionsOfHighKeys(*map);
   map->device_spec = static_cast<unsigned short>(to);
   XkbSetMap(display_, XkbAllMapComponentsMask, map);
   XkbSetIndicatorMap(display_, XkbAllIndicatorsMask, map);

@@ -3,9 +3,11 @@
 #include <X11/extensions/XI2.h>
 #include <X11/extensions/XInput2.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <set>
+#include <span>
 #include <string_view>
 
 namespace kivra::x11 {
@@ -40,6 +42,7 @@ Keyboards::Changes Keyboards::update() {
     const auto& device = devices.get()[i];
     if (device.enabled == 0 || isLeftAlone(device.name)) continue;
     if (device.use == XIFloatingSlave && isHeld(device.deviceid)) present.insert(device.deviceid);
+    if (device.use == XIFloatingSlave && isHeldByOther(device)) changes.isBusy = true;
     if (device.use != XISlaveKeyboard || device.attachment != master_) continue;
     // A device that was off and on again is back with its master although the grab still holds:
     // its keys would come twice.
@@ -57,6 +60,17 @@ Keyboards::Changes Keyboards::update() {
   for (const auto device : changes.taken) held_.try_emplace(device);
   changes.isNoneLeft = present.empty();
   return changes;
+}
+
+bool Keyboards::isHeldByOther(const XIDeviceInfo& device) {
+  const std::span classes(device.classes, static_cast<std::size_t>(device.num_classes));
+  const auto hasKeys = std::ranges::any_of(
+      classes, [](const XIAnyClassInfo* info) { return info->type == XIKeyClass; });
+  if (!hasKeys || isHeld(device.deviceid)) return false;
+  if (!grab(device.deviceid)) return true;
+  // Nobody holds it: its owner wants it to float.
+  XIUngrabDevice(display_, device.deviceid, CurrentTime);
+  return false;
 }
 
 bool Keyboards::grab(int device) {

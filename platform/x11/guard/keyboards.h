@@ -1,6 +1,7 @@
 #pragma once
 
 #include <X11/Xlib.h>
+#include <X11/extensions/XInput2.h>
 
 #include <functional>
 #include <map>
@@ -38,6 +39,7 @@ class Keyboards {
 
  private:
   bool grab(int device);
+  bool isHeldByOther(const XIDeviceInfo& device);
 
   Display* display_;
   int xtest_;

@@ -26,21 +26,29 @@ KeyMap parsed(const std::string& text) {
 
 SessionKeyboard::SessionKeyboard(Display* display, XtestKeyboard& xtest)
     : display_(display), xtest_(xtest), maps_(display), controls_(display), spares_(display) {
-  controls_.giveToXtest(xtest_.device());
+  controls_.takeFilters();
   readMap();
 }
 
 SessionKeyboard::~SessionKeyboard() {
   spares_.unbind();
-  for (const auto& [keyboard, text] : mapTexts_) controls_.giveBack(keyboard);
-  controls_.giveBack(xtest_.device());
+  controls_.giveFiltersBack();
 }
 
 void SessionKeyboard::add(int keyboard) {
   mapTexts_[keyboard] = maps_.text(keyboard);
   copyState(keyboard);
   controls_.giveTo(keyboard);
+  constexpr unsigned int map = XkbNewKeyboardNotifyMask | XkbMapNotifyMask;
+  XkbSelectEvents(display_, static_cast<unsigned int>(keyboard), map, map);
   if (mapOwner_ == 0) useMapOf(keyboard);
+}
+
+void SessionKeyboard::readMapOf(int keyboard) {
+  const auto text = maps_.text(keyboard);
+  if (text == std::exchange(mapTexts_[keyboard], text) || mapOwner_ != keyboard) return;
+  mapOwner_ = 0;
+  useMapOf(keyboard);
 }
 
 void SessionKeyboard::useMapOf(int keyboard) {
@@ -79,8 +87,8 @@ void SessionKeyboard::spreadState() const {
   for (const auto& [keyboard, text] : mapTexts_) copyState(keyboard);
 }
 
-void SessionKeyboard::spreadControls() const {
-  controls_.giveToXtest(xtest_.device());
+void SessionKeyboard::spreadControls() {
+  controls_.takeFilters();
   for (const auto& [keyboard, text] : mapTexts_) controls_.giveTo(keyboard);
 }
 

@@ -28,13 +28,17 @@ class SessionKeyboard {
   void add(int keyboard);
   void remove(int keyboard) { mapTexts_.erase(keyboard); }
 
+  /// The map of a keyboard that is held may have changed by itself: some servers bind keys in it
+  /// while they type.
+  void readMapOf(int keyboard);
+
   /// The keyboard types: XTEST's keys mean what this one's mean.
   void useMapOf(int keyboard);
 
   /// Each spreads what the session has now.
   void spreadMap();
   void spreadState() const;
-  void spreadControls() const;
+  void spreadControls();
 
   const KeyMap& keyMap() const { return keyMap_; }
   SpareKeys& spares() { return spares_; }

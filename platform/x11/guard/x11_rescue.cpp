@@ -57,8 +57,9 @@ void X11Rescue::letGoOfKeys() {
     keyboards = keyboardsOf(display_.get());
   }
   releaseXtestKeys(display_.get());
-  const DeviceControls controls(display_.get());
-  for (const auto keyboard : keyboards.attached) controls.giveBack(keyboard);
+  DeviceControls controls(display_.get());
+  for (const auto keyboard : keyboards.attached) controls.findFiltersOf(keyboard);
+  controls.giveFiltersBack();
   XSync(display_.get(), False);
 }
 

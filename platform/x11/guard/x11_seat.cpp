@@ -145,10 +145,15 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
 }
 
 void X11Seat::takeXkb(const XkbEvent& event) {
+  if (keyboards_.isHeld(event.any.device)) {
+    // Before the keys that it types next.
+    session_.readMapOf(event.any.device);
+    return;
+  }
   switch (event.any.xkb_type) {
     case XkbStateNotify:
       changes_.state = true;
-      group_.reset();
+      state_.reset();
       break;
     case XkbControlsNotify:
       changes_.controls = true;
@@ -173,7 +178,7 @@ void X11Seat::settle(guard::SeatListener& listener) {
   if (changes.hierarchy) updateKeyboards(listener);
   if (changes.map) {
     session_.spreadMap();
-    group_.reset();
+    state_.reset();
   }
   if (changes.state) session_.spreadState();
   if (changes.controls) session_.spreadControls();
@@ -183,7 +188,7 @@ void X11Seat::updateKeyboards(guard::SeatListener& listener) {
   const auto changes = keyboards_.update();
   for (const auto device : changes.lost) releaseKeysOf(device, listener);
   for (const auto device : changes.taken) session_.add(device);
-  if (!changes.taken.empty()) group_.reset();
+  if (!changes.taken.empty()) state_.reset();
   if (changes.isBusy && !std::exchange(isBusyTold_, true)) listener.keyboardBusy();
   if (changes.isNoneLeft && !std::exchange(isMissingTold_, true)) listener.keyboardMissing();
   tellSecrecy(listener);
@@ -215,20 +220,20 @@ void X11Seat::setTimer(bool isOn) {
   ::timerfd_settime(timer_, 0, &time, nullptr);
 }
 
-std::uint32_t X11Seat::group() {
-  if (!group_) {
+const X11Seat::State& X11Seat::state() {
+  if (!state_) {
     XkbStateRec state{};
     XkbGetState(display_.get(), XkbUseCoreKbd, &state);
-    group_ = state.group;
+    state_ = {.group = state.group, .isCapsLocked = (state.locked_mods & LockMask) != 0};
   }
-  return *group_;
+  return *state_;
 }
 
 void X11Seat::pass(const guard::SeatKey& key) { send(key.evdev, key.isDown); }
 
 void X11Seat::send(std::uint32_t evdev, bool isDown) {
   xtest_.send(keyCodeOf(evdev), isDown);
-  if (keyMap().mayChangeState(static_cast<std::uint16_t>(evdev))) group_.reset();
+  if (keyMap().mayChangeState(static_cast<std::uint16_t>(evdev))) state_.reset();
 }
 
 void X11Seat::type(const guard::Steps& steps) {
@@ -241,7 +246,7 @@ void X11Seat::type(const guard::Steps& steps) {
         break;
       case Kind::selectGroup:
         XkbLockGroup(display_.get(), XkbUseCoreKbd, step.value);
-        group_ = step.value;
+        if (state_) state_->group = step.value;
         break;
       case Kind::character:
         if (const auto code = session_.spares().find(step.value)) {

@@ -33,7 +33,8 @@ class X11Seat : public guard::Seat {
   void flush() override;
 
   const KeyMap& keyMap() const override { return session_.keyMap(); }
-  std::uint32_t group() override;
+  std::uint32_t group() override { return state().group; }
+  bool isCapsLocked() override { return state().isCapsLocked; }
 
   void pass(const guard::SeatKey& key) override;
   void drop(const guard::SeatKey& /*key*/) override {}
@@ -54,6 +55,12 @@ class X11Seat : public guard::Seat {
 
   void send(std::uint32_t evdev, bool isDown);
 
+  struct State {
+    std::uint32_t group = 0;
+    bool isCapsLocked = false;
+  };
+  const State& state();
+
   /// What has happened since the seat last settled.
   struct Changes {
     bool map = false;
@@ -70,7 +77,7 @@ class X11Seat : public guard::Seat {
   Keyboards keyboards_;
   FocusWatch focus_;
   int timer_ = -1;
-  std::optional<std::uint32_t> group_;  // as far as it is known
+  std::optional<State> state_;  // as far as it is known
   Changes changes_;
   bool isBusyTold_ = false;
   bool isMissingTold_ = false;

@@ -33,6 +33,7 @@ class FakeSeat : public Seat {
 
   const KeyMap& keyMap() const override { return layouts_.keyMap(); }
   std::uint32_t group() override { return screen_.group(); }
+  bool isCapsLocked() override { return screen_.isCapsOn(); }
 
   void pass(const SeatKey& key) override {
     if (key.isRepeat) {

@@ -52,12 +52,15 @@ TEST_F(GuardProcessTest, TheyAreASessionOfTheirOwnThatATerminalDoesNotReach) {
   EXPECT_EQ(pipes.presses(1), Presses{KEY_B});
 }
 
-TEST_F(GuardProcessTest, AStoppedGuardIsEndedAndItsKeysAreLetGoOf) {
+TEST_F(GuardProcessTest, AStoppedGuardIsContinuedAndEndedWhenItIsStoppedAgain) {
   const auto stopped = Clock::now();
+  ::kill(pipes.guard(), SIGSTOP);
+  pipes.tap(KEY_B);
+  EXPECT_EQ(pipes.presses(1), Presses{KEY_B}) << "typed while it was stopped";
+  EXPECT_GE(Clock::now() - stopped, GuardWatcher::stoppedTime);
   ::kill(pipes.guard(), SIGSTOP);
   EXPECT_TRUE(pipes.haveEnded());
   EXPECT_TRUE(pipes.wereKeysLetGo());
-  EXPECT_GE(Clock::now() - stopped, GuardWatcher::stoppedTime);
   EXPECT_NE(::kill(pipes.guard(), 0), 0) << "no process is left";
 }
 

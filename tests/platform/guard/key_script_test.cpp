@@ -89,6 +89,12 @@ TEST_F(KeyScriptTest, LocksAndTheirKeysAreLeftAsTheyAre) {
   expectAllUp();
 }
 
+TEST_F(KeyScriptTest, CharactersKeepTheirCaseUnderCapsLock) {
+  bench.tap(KEY_CAPSLOCK);
+  bench.post(0, Posted().character(U'i').character(U'O').character(U'1').letters("a"));
+  EXPECT_EQ(bench.screen.text(), "iO1A") << "a key comes out as hands would type it";
+}
+
 TEST_F(KeyScriptTest, CharactersAreTypedByTheirKeyOrElseAsThemselves) {
   bench.post(0, Posted().group(1).character(U'Ж').character(U'ё').character(U'é'));
   EXPECT_EQ(bench.screen.text(), "Жёé");

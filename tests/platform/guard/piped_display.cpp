@@ -46,6 +46,7 @@ class PipedSeat : public Seat {
   void flush() override {}
   const KeyMap& keyMap() const override { return Layouts::plain().keyMap(); }
   std::uint32_t group() override { return 0; }
+  bool isCapsLocked() override { return false; }
   void pass(const SeatKey& key) override {
     write(output_, {GuardedPipes::Output::passed, key, ::getpid()});
   }
