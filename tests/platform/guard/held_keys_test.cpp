@@ -10,8 +10,6 @@
 namespace kivra::guard {
 namespace {
 
-constexpr std::uint16_t letterKey = KEY_G;
-
 TEST_F(KeyboardGuardTest, RepeatsThatTheProgramHasNotSeenOvertakeAPost) {
   bench.press(letterKey);
   bench.repeat(letterKey);

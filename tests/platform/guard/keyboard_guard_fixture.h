@@ -9,6 +9,8 @@
 
 namespace kivra::guard {
 
+inline constexpr std::uint16_t letterKey = KEY_G;
+
 /// The code of a key that means nothing to the program.
 inline constexpr std::uint16_t noKeyOfTheProgram = 0xFFFF;
 

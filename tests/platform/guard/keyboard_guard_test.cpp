@@ -13,8 +13,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr std::uint16_t letterKey = KEY_G;
-
 TEST_F(KeyboardGuardTest, KeysWaitBehindADecisionAndFollowItsScript) {
   const auto number = typeWord("ghbdtn");
   bench.release(KEY_SPACE);
