@@ -34,7 +34,7 @@ class EventPosting {
   /// `called` is called, between events, when what was posted from a tap's callback has not been
   /// typed, or not to its end, because the user had typed on: what the callback did to the text has
   /// not happened. A system in which nothing can come between never calls it.
-  virtual void onRefusal(std::function<void()> /*called*/) {}
+  virtual void onRefusal(const std::function<void()>& /*called*/) {}
 };
 
 }  // namespace kivra

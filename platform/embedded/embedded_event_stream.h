@@ -3,7 +3,6 @@
 #include <deque>
 #include <functional>
 #include <memory>
-#include <utility>
 
 #include "platform/embedded/effects.h"
 #include "platform/embedded/embedded_application.h"
@@ -47,7 +46,7 @@ class EmbeddedEventStream : public EventTaps, public EventPosting {
   std::optional<KeyboardEvent> createKeyboardEvent(EventSource& source, std::uint16_t keyCode,
                                                    bool down) override;
   void eventPost(const KeyboardEvent& event) override;
-  void onRefusal(std::function<void()> called) override { refused_ = std::move(called); }
+  void onRefusal(const std::function<void()>& called) override { refused_ = called; }
 
  private:
   struct Tap;

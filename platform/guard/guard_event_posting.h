@@ -1,7 +1,6 @@
 #pragma once
 
 #include <functional>
-#include <utility>
 
 #include "platform/event_posting.h"
 #include "platform/guard/posted_keys.h"
@@ -18,7 +17,7 @@ class GuardEventPosting : public EventPosting {
   std::optional<KeyboardEvent> createKeyboardEvent(EventSource& source, std::uint16_t keyCode,
                                                    bool down) override;
   void eventPost(const KeyboardEvent& event) override;
-  void onRefusal(std::function<void()> called) override { refused_ = std::move(called); }
+  void onRefusal(const std::function<void()>& called) override { refused_ = called; }
 
   /// The guard has refused a post.
   void refuse() const {

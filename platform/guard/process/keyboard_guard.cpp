@@ -125,8 +125,8 @@ void KeyboardGuard::breakOff() {
   if (const auto number = player_.breakOff()) reports_.notice(ReportKind::refused, *number);
 }
 
-void KeyboardGuard::add(Item item) {
-  waiting_.push_back(std::move(item));
+void KeyboardGuard::add(const Item& item) {
+  waiting_.push_back(item);
   run();
 }
 

@@ -83,7 +83,7 @@ class KeyboardGuard : public SeatListener {
   void endDecision(const OrderMessage& verdict);
   void breakOff();
 
-  void add(Item item);
+  void add(const Item& item);
   void run();
   bool play();
   void begin(const Post& post);

@@ -8,7 +8,7 @@
 
 namespace kivra::guard {
 
-/// A key as the user's keyboard gave it.
+/// A key as the user's keyboard gave it. On each keyboard a key is pressed and let go of by turns.
 struct SeatKey {
   std::uint16_t evdev = 0;  ///< Linux input event code
   bool isDown = true;

@@ -4,21 +4,13 @@
 
 #include <gtest/gtest.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
-#include <cstdlib>
-#include <cstring>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/embedded/virtual_time.h"
-#include "platform/guard/descriptor_message.h"
-#include "platform/guard/guard_event_posting.h"
-#include "platform/guard/process/guard_channel.h"
+#include "platform/guard/lent_guards.h"
 
 namespace kivra::guard {
 namespace {
@@ -32,37 +24,6 @@ struct Lines : Log {
 
 class GuardEventTapsTest : public testing::Test {
  protected:
-  /// A guard's end of the socket.
-  struct Guard {
-    explicit Guard(int fd) : channel(fd) {}
-    ~Guard() { ::close(channel.fd()); }
-    Guard(const Guard&) = delete;
-    Guard& operator=(const Guard&) = delete;
-
-    GuardChannel channel;
-  };
-
-  GuardEventTapsTest() {
-    // Inherited: the program that is started lends its end over it.
-    ::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, lending_.data());
-    ::setenv("KIVRA_LENDING_FD", std::to_string(lending_[1]).c_str(), 1);
-  }
-  ~GuardEventTapsTest() override {
-    for (const auto end : lending_) ::close(end);
-  }
-
-  /// The guard that has been started last; none when nothing is started for a while.
-  std::unique_ptr<Guard> started(int patience = 20'000) {
-    pollfd waited{.fd = lending_[0], .events = POLLIN, .revents = 0};
-    if (::poll(&waited, 1, patience) != 1) return nullptr;
-    DescriptorMessage lent;
-    if (::recvmsg(lending_[0], &lent.message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
-    int fd = -1;
-    std::memcpy(&fd, CMSG_DATA(CMSG_FIRSTHDR(&lent.message)), sizeof fd);
-    ++starts;
-    return std::make_unique<Guard>(fd);
-  }
-
   /// Starts the tap and its guard.
   void start() {
     taps.setConsumableKeys({{.keyCode = key_codes::space}});
@@ -70,7 +31,7 @@ class GuardEventTapsTest : public testing::Test {
         ~0ULL, [this](EventType type, const Event& event) { return callback(type, event); });
     taps.runLoopAddSource(*taps.createRunLoopSource(*port));
     taps.eventTapEnable(*port, true);
-    guard = started();
+    guard = guards.next();
     ASSERT_TRUE(guard);
   }
 
@@ -109,7 +70,7 @@ class GuardEventTapsTest : public testing::Test {
     }
   }
 
-  std::array<int, 2> lending_{};
+  LentGuards guards;
   embedded::Effects effects{nullptr};
   embedded::VirtualTime time{effects};
   Lines log;
@@ -136,7 +97,7 @@ class GuardEventTapsTest : public testing::Test {
                        .pauseAfterErasing = [this] { return pause; },
                        .postRefused = [this] { ++refusals; }}};
   std::shared_ptr<EventTapPort> port;
-  std::unique_ptr<Guard> guard;
+  std::unique_ptr<LentGuards::Guard> guard;
   std::vector<Event> events;
   std::vector<std::uint32_t> groups;
   std::vector<PostedKey> answer;
@@ -217,7 +178,7 @@ TEST_F(GuardEventTapsTest, AGuardOfAnotherBuildIsNotHeardAndNotReplaced) {
   report({.number = 1, .kind = ReportKind::keyDown});
   EXPECT_TRUE(events.empty());
   time.runFor(60s);
-  EXPECT_EQ(started(0), nullptr);
+  EXPECT_EQ(link.fd(), -1);
   EXPECT_EQ(log.lines, std::vector<std::string>{
                            "Kivra: сторож клавиатуры другой версии; перезапустите Kivra"});
 }
@@ -229,7 +190,7 @@ TEST_F(GuardEventTapsTest, AGuardThatEndsIsReplacedAtOnceAndToldAll) {
   end();
   EXPECT_EQ(refusals, 1) << "what it has not typed nobody will";
   time.serve();
-  guard = started();
+  guard = guards.next();
   ASSERT_TRUE(guard);
   greetAndBeReady();
   EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::setConsumable);
@@ -243,7 +204,7 @@ TEST_F(GuardEventTapsTest, GuardsThatEndBeforeAKeyIsTypedAreReplacedAFewTimesMor
   for (int i = 0; i < 3; ++i) {
     end();
     time.runFor(10s);
-    guard = started();
+    guard = guards.next();
     ASSERT_TRUE(guard) << i;
   }
   // It has come through; later ones may fail as often again.
@@ -253,7 +214,8 @@ TEST_F(GuardEventTapsTest, GuardsThatEndBeforeAKeyIsTypedAreReplacedAFewTimesMor
   while (guard && starts < 100) {
     end();
     time.runFor(10s);
-    guard = started(starts < 7 ? 20'000 : 0);
+    guard = link.fd() >= 0 ? guards.next() : nullptr;
+    if (guard) ++starts;
   }
   EXPECT_EQ(starts, 7);
   EXPECT_EQ(log.lines.back(), "Kivra: сторож клавиатуры не запускается, перехвата нет");
@@ -268,7 +230,7 @@ TEST_F(GuardEventTapsTest, WhereTheDisplayLacksSomethingNoOtherGuardIsTried) {
   report({.kind = ReportKind::unavailable});
   end();
   time.runFor(60s);
-  EXPECT_EQ(started(0), nullptr);
+  EXPECT_EQ(link.fd(), -1);
   EXPECT_EQ(log.lines.size(), 1U);
 }
 
@@ -277,7 +239,7 @@ TEST_F(GuardEventTapsTest, NoGuardIsStartedForATapThatIsGone) {
   end();
   port.reset();
   time.runFor(60s);
-  EXPECT_EQ(started(0), nullptr);
+  EXPECT_EQ(link.fd(), -1);
 }
 
 // More than a socket takes.
@@ -302,29 +264,6 @@ TEST_F(GuardEventTapsTest, AGuardThatDoesNotReadKeepsNobodyAndGetsAllInTheEnd) {
   }
   EXPECT_EQ(next, posts);
   EXPECT_FALSE(link.hasBacklog());
-}
-
-TEST(GuardLink, SaysWhenNoGuardCanBeStarted) {
-  GuardLink link("/nowhere/guard");
-  EXPECT_FALSE(link.start());
-  link.send({.kind = OrderKind::enable});
-  EXPECT_FALSE(link.receive());
-}
-
-TEST(GuardEventPosting, CharactersAreTypedWholeWhenTheirKeyGoesDown) {
-  PostedKeys posted;
-  GuardEventPosting posting(posted);
-  const auto source = posting.eventSourceCreate(0);
-  auto event = posting.createKeyboardEvent(*source, 0, true);
-  ASSERT_TRUE(event);
-  event->unicodeString = "aж\xFF€😀";
-  posting.eventPost(*event);
-  event->down = false;
-  posting.eventPost(*event);
-  std::u32string typed;
-  for (const auto& key : posted.take()) typed += static_cast<char32_t>(key.value);
-  EXPECT_EQ(typed, U"aж\uFFFD€😀");
-  EXPECT_FALSE(posting.createKeyboardEvent(*source, 0x7FFF, true));
 }
 
 }  // namespace
