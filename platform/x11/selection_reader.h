@@ -22,7 +22,7 @@ class SelectionReader {
   struct Waits {
     /// For an owner's next sign of life: it may be busy, or have to make the data first.
     std::chrono::milliseconds idle{3000};
-    /// For further encodings of a picture that has been read, since the beginning.
+    /// For all further encodings of a picture, once one has been read.
     std::chrono::milliseconds alternatives{1500};
     /// For everything together.
     std::chrono::milliseconds whole{8000};

@@ -2,27 +2,32 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <utility>
 
 #include "platform/x11/selection_contents.h"
 
 namespace kivra::x11 {
 
+using Clock = std::chrono::steady_clock;
+
 SelectionSnapshot readSelection(SelectionReader& reader, SelectionReader::Moment until) {
   SelectionSnapshot snapshot;
-  const auto alternativesUntil = std::chrono::steady_clock::now() + reader.waits().alternatives;
   auto targets = reader.targets(until);
   snapshot.isWhole = targets.has_value();
   if (!targets) return snapshot;
   sortByWorth(*targets);
-  auto hasPicture = false;
+  std::optional<SelectionReader::Moment> alternativesUntil;  // since a picture was read
   for (const auto& target : *targets) {
     if (!isData(target) || snapshot.item.contains(typeOfTarget(target))) continue;
-    const auto isAlternative = hasPicture && isPicture(target);
-    auto given = reader.convert(target, isAlternative ? std::min(until, alternativesUntil) : until);
+    const auto isAlternative = alternativesUntil && isPicture(target);
+    if (isAlternative && Clock::now() >= *alternativesUntil) continue;
+    auto given = reader.convert(target, isAlternative ? *alternativesUntil : until);
     if (given && isBytes(*given)) {
       snapshot.item[typeOfTarget(target)] = std::move(given->bytes);
-      hasPicture = hasPicture || isPicture(target);
+      if (isPicture(target) && !alternativesUntil) {
+        alternativesUntil = std::min(until, Clock::now() + reader.waits().alternatives);
+      }
     } else if (!given && !isAlternative) {
       snapshot.isWhole = false;
       break;

@@ -47,8 +47,8 @@ void activateWindow(std::uint32_t window) {
                  XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT,
                  reinterpret_cast<const char*>(&request));
   // A server that reads the end of the connection first drops what came before it.
-  const XcbPointer<xcb_get_input_focus_reply_t> read(xcb_get_input_focus_reply(
-      connection.get(), xcb_get_input_focus(connection.get()), nullptr));
+  const XcbPointer<xcb_get_input_focus_reply_t> read(
+      xcb_get_input_focus_reply(connection.get(), xcb_get_input_focus(connection.get()), nullptr));
 }
 
 }  // namespace kivra::x11
