@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -31,6 +32,16 @@ class Keychain {
 
   /// The bytes of the item; nothing when there is none, or when it cannot be read.
   virtual std::optional<std::string> itemCopyMatching(const KeychainItem& item) = 0;
+
+  /// Whether the service may ask the user to unlock it before it answers.
+  virtual bool mayAskUser() { return false; }
+
+  /// Calls `completion` with what `itemCopyMatching` answers: at once or, where the user is asked,
+  /// as soon as they have unlocked the service, however long that takes. Never where they never do.
+  virtual void itemCopyMatchingLater(const KeychainItem& item,
+                                     std::function<void(std::optional<std::string>)> completion) {
+    completion(itemCopyMatching(item));
+  }
 
   /// `itemNotFound` when there is nothing to update.
   virtual KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) = 0;

@@ -15,10 +15,9 @@ using PasteboardItem = std::map<std::string, std::string>;
 /// The type identifier of plain text in UTF-8.
 inline constexpr const char* pasteboardTypeString = "public.utf8-plain-text";
 
-/// The general pasteboard. An owner that does not answer within 100 ms is given up; data that it
-/// then does not hand over, with 500 ms for each piece and 1.5 s for everything, counts as absent.
-/// May keep the run loop turning while it waits. Nothing throws; what cannot be written is left
-/// out.
+/// The general pasteboard. An owner that gives no sign of life for 3 s is given up, and so is one
+/// that has not handed over everything after 8 s. May keep the run loop turning while it waits.
+/// What cannot be written is left out.
 class Pasteboard {
  public:
   virtual ~Pasteboard() = default;
@@ -27,6 +26,8 @@ class Pasteboard {
   virtual std::int64_t changeCount() = 0;
 
   /// All items in their order, each with the types whose data could be read; an item may be empty.
+  /// Throws PlatformError when the owner does not hand everything over, though it is there: what is
+  /// put in its place then could not be undone.
   virtual std::vector<PasteboardItem> pasteboardItems() = 0;
 
   /// The text of the first item that holds text of this type, or nothing.

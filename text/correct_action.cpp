@@ -34,9 +34,9 @@ void CorrectAction::run() {
 }
 
 Task<void> CorrectAction::correctSelection(Running /*running*/) {
-  const auto read = readText();
-  if (!read || exceptions_.contains(text::lowercased(read->text))) co_return;
   try {
+    const auto read = readText();
+    if (!read || exceptions_.contains(text::lowercased(read->text))) co_return;
     const auto result = co_await env_.engines.corrector().correct(read->text);
     if (result.empty() || result == read->text) co_return;
     replace(*read, result, UndoStack::ActionKind::correct, read->text);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 
@@ -19,6 +20,13 @@ class KeychainStore {
 
   /// Nothing when there is no such item, or it is not text in UTF-8.
   std::optional<std::string> read(const std::string& account);
+
+  /// Whether the user may be asked before the keychain answers.
+  bool mayAskUser() { return keychain_.mayAskUser(); }
+
+  /// Calls `completion` with what `read` answers, as soon as the user has unlocked the keychain.
+  void readLater(const std::string& account,
+                 std::function<void(std::optional<std::string>)> completion);
 
   /// Stores or replaces the item; nothing or an empty value deletes it. Failures are ignored.
   void write(const std::optional<std::string>& value, const std::string& account);

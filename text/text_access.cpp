@@ -23,8 +23,16 @@ std::optional<SelectedText> TextAccess::readSelection() {
   return copyViaClipboard();
 }
 
-void TextAccess::replaceSelection(const std::string& text) {
+void TextAccess::replaceSelection(const std::string& text) { paste(text, clipboard_.snapshot()); }
+
+// What is typed while the snapshot is waited for must not find everything selected.
+void TextAccess::replaceField(const std::string& text) {
   auto saved = clipboard_.snapshot();
+  postCommandKey(key_codes::a);
+  paste(text, std::move(saved));
+}
+
+void TextAccess::paste(const std::string& text, Clipboard::Snapshot saved) {
   env_.pasteboard.clearContents();
   env_.pasteboard.setString(text, pasteboardTypeString);
   postCommandKey(key_codes::v);

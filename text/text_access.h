@@ -38,11 +38,16 @@ class TextAccess : public std::enable_shared_from_this<TextAccess> {
   explicit TextAccess(const Environment& environment);
 
   /// The selected text, else the whole text of the field; nothing when neither can be read. Blocks
-  /// for 0.3 s at most and keeps the run loop turning meanwhile.
+  /// for 0.3 s and for as long as the pasteboard's owner takes, and keeps the run loop turning
+  /// meanwhile. Throws PlatformError when what is on the pasteboard would be lost.
   std::optional<SelectedText> readSelection();
 
   /// Pastes `text` over the selection. Returns at once; the pasteboard is restored 0.15 s later.
+  /// Throws as `readSelection` does, before anything has changed.
   void replaceSelection(const std::string& text);
+
+  /// Selects the whole field and replaces the selection.
+  void replaceField(const std::string& text);
 
   /// Posts key-down and key-up with Command alone.
   void postCommandKey(std::uint16_t keyCode);
@@ -58,6 +63,7 @@ class TextAccess : public std::enable_shared_from_this<TextAccess> {
   std::optional<SelectedText> copyAllViaClipboard();
   bool waitForPasteboardChange(std::int64_t changeCount);
   std::string plainText();
+  void paste(const std::string& text, Clipboard::Snapshot saved);
 
   Environment env_;
   Clipboard clipboard_;

@@ -22,8 +22,11 @@ std::optional<SelectedText> TextAction::readText() {
 
 void TextAction::replace(const SelectedText& read, const std::string& result,
                          UndoStack::ActionKind kind, std::optional<std::string> learnedToken) {
-  if (!read.isSelection) env_.textAccess.postCommandKey(key_codes::a);
-  env_.textAccess.replaceSelection(result);
+  if (read.isSelection) {
+    env_.textAccess.replaceSelection(result);
+  } else {
+    env_.textAccess.replaceField(result);
+  }
   env_.undoStack.setLast({kind, std::move(learnedToken), env_.textAccess.undoOfPaste()});
 }
 

@@ -34,9 +34,9 @@ void TranslateAction::run(const std::string& target) {
 }
 
 Task<void> TranslateAction::translateSelection(std::string requested, Running /*running*/) {
-  const auto read = readText();
-  if (!read) co_return;
   try {
+    const auto read = readText();
+    if (!read) co_return;
     const auto target = resolveTarget(read->text, requested);
     const auto result = co_await translateWithFallback(read->text, target);
     if (result == read->text) co_return;

@@ -40,11 +40,22 @@ std::string keyNote(std::string_view key) {
 
 TranslationTab::TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
                                TextEngines& engines)
-    : settings_(std::move(settings)),
-      keychain_(keychain),
-      engines_(engines),
-      deepLKey_(keychain_.read(deepLKeyAccount).value_or("")) {
+    : settings_(std::move(settings)), keychain_(keychain), engines_(engines) {
+  if (!keychain_.mayAskUser()) deepLKey_ = keychain_.read(deepLKeyAccount).value_or("");
   follow(*settings_);
+}
+
+void TranslationTab::onAppear() {
+  if (!keychain_.mayAskUser() || isEdited_ || !deepLKey_.empty()) return;
+  if (std::exchange(isReading_, true)) return;
+  keychain_.readLater(deepLKeyAccount, [weak = weak_from_this()](std::optional<std::string> key) {
+    const auto self = weak.lock();
+    if (!self) return;
+    self->isReading_ = false;
+    if (self->isEdited_ || !key) return;
+    self->willChange();
+    self->deepLKey_ = *std::move(key);
+  });
 }
 
 View TranslationTab::body() {
@@ -91,6 +102,7 @@ View TranslationTab::keySection() {
 void TranslationTab::setDeepLKey(const std::string& key) {
   willChange();
   deepLKey_ = key;
+  isEdited_ = true;
   // While the keychain is waited for, the run loop brings further edits: one write at a time, and
   // the newest text last.
   if (std::exchange(isWriting_, true)) return;

@@ -11,13 +11,15 @@
 namespace kivra {
 
 /// The engine that translates, the language of the quick translation, and the DeepL key, which
-/// goes to the keychain at every change.
+/// goes to the keychain at every change. Where the keychain may ask the user to unlock it, it is
+/// read when the tab first comes on the screen, and again each time until there is a key.
 class TranslationTab : public HostedView, public std::enable_shared_from_this<TranslationTab> {
  public:
   TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
                  TextEngines& engines);
 
   View body() override;
+  void onAppear() override;
 
  private:
   View engineSection();
@@ -29,6 +31,8 @@ class TranslationTab : public HostedView, public std::enable_shared_from_this<Tr
   KeychainStore& keychain_;
   TextEngines& engines_;
   std::string deepLKey_;
+  bool isReading_ = false;
+  bool isEdited_ = false;  // the keychain follows the field from now on
   bool isWriting_ = false;
 };
 

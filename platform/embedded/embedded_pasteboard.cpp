@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/platform_error.h"
+
 namespace kivra::embedded {
 
 void EmbeddedPasteboard::setItems(std::vector<PasteboardItem> items) {
@@ -18,6 +20,11 @@ Json EmbeddedPasteboard::toJson() const {
   auto array = Json::array();
   for (const auto& item : items_) array.push_back(Json(item));
   return array;
+}
+
+std::vector<PasteboardItem> EmbeddedPasteboard::pasteboardItems() {
+  if (!refusal_.empty()) throw PlatformError(refusal_);
+  return items_;
 }
 
 std::optional<std::string> EmbeddedPasteboard::stringForType(std::string_view type) {

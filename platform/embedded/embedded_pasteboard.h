@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/embedded/effects.h"
@@ -21,10 +22,13 @@ class EmbeddedPasteboard : public Pasteboard {
   /// The application in front copies text.
   void copy(const std::string& text);
 
+  /// From now on nothing can be read, for this reason.
+  void setRefusal(std::string reason) { refusal_ = std::move(reason); }
+
   Json toJson() const;
 
   std::int64_t changeCount() override { return changeCount_; }
-  std::vector<PasteboardItem> pasteboardItems() override { return items_; }
+  std::vector<PasteboardItem> pasteboardItems() override;
   std::optional<std::string> stringForType(std::string_view type) override;
   void clearContents() override;
   void writeObjects(const std::vector<PasteboardItem>& items) override;
@@ -36,6 +40,7 @@ class EmbeddedPasteboard : public Pasteboard {
   Effects& effects_;
   std::vector<PasteboardItem> items_;
   std::int64_t changeCount_ = 0;
+  std::string refusal_;
 };
 
 }  // namespace kivra::embedded

@@ -37,6 +37,8 @@ bool GuardLink::spawn() {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], guardFd);
+  // Libraries have files open that are not closed by themselves, dictionaries at this very moment.
+  posix_spawn_file_actions_addclosefrom_np(&actions, guardFd + 1);
   // Not the program's own name: what is sent to all processes of that name must not stop both.
   std::array<char, 15> name{"keyboard-watch"};
   std::array<char*, 2> arguments = {name.data(), nullptr};

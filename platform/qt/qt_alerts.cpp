@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTimer>
 
 namespace kivra::qt {
 
@@ -20,6 +21,11 @@ int QtAlerts::runModal(const Alert& alert) {
   if (buttons.isEmpty()) buttons.append(box.addButton(QMessageBox::Ok));
   box.setDefaultButton(buttons.first());
   box.setEscapeButton(buttons.last());
+  // What asked for the answer stands still until it comes: the box must not get out of sight.
+  box.setWindowFlag(Qt::WindowStaysOnTopHint);
+  QTimer::singleShot(0, &box, [this, &box] {
+    if (box.isVisible()) bringToFront(box, activate_);  // not answered yet
+  });
   box.exec();
   for (qsizetype i = 0; i < buttons.size(); ++i) {
     if (box.clickedButton() == buttons[i]) return alertFirstButtonReturn + static_cast<int>(i);

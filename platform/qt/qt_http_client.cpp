@@ -1,5 +1,7 @@
 #include "platform/qt/qt_http_client.h"
 
+#include <openssl/crypto.h>
+
 #include <QNetworkReply>
 #include <QTimer>
 #include <algorithm>
@@ -50,9 +52,16 @@ Outcome outcomeOf(QNetworkReply& reply, bool ranOut) {
   return HttpResponse{.statusCode = status.toInt(), .body = reply.readAll().toStdString()};
 }
 
+/// A thread of the network may outlive `main` and free what the TLS library keeps for it while the
+/// library does the same in `exit`: it is told not to, before anybody uses it.
+QSslConfiguration tlsConfiguration() {
+  OPENSSL_init_crypto(OPENSSL_INIT_NO_ATEXIT, nullptr);
+  return QSslConfiguration::defaultConfiguration();
+}
+
 }  // namespace
 
-QtHttpClient::QtHttpClient(const Options& options) {
+QtHttpClient::QtHttpClient(const Options& options) : tls_(tlsConfiguration()) {
   manager_.setProxyFactory(new SystemProxy);
   if (options.certificateAuthorities.empty()) return;
   tls_.setCaCertificates(

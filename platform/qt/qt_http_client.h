@@ -25,8 +25,8 @@ class QtHttpClient : public HttpClient {
  private:
   QNetworkRequest networkRequest(const HttpRequest& request) const;
 
+  QSslConfiguration tls_;
   QNetworkAccessManager manager_;
-  QSslConfiguration tls_ = QSslConfiguration::defaultConfiguration();
 };
 
 }  // namespace kivra::qt

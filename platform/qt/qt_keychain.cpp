@@ -10,10 +10,8 @@ namespace kivra::qt {
 
 namespace {
 
-struct Answer {
-  KeychainStatus status = KeychainStatus::notAvailable;
-  std::string data;
-};
+constexpr const char* noAnswer =
+    "Kivra: хранилище паролей заперто или не отвечает, ключ DeepL недоступен";
 
 KeychainStatus statusOf(QKeychain::Error error) {
   switch (error) {
@@ -36,35 +34,52 @@ Job& makeJob(const KeychainItem& item) {
   return *job;
 }
 
-Answer run(QKeychain::Job& job, std::chrono::milliseconds wait) {
+}  // namespace
+
+QtKeychain::Answer QtKeychain::answerOf(const QKeychain::Job& job) {
+  Answer answer{statusOf(job.error()), {}};
+  if (const auto* read = qobject_cast<const QKeychain::ReadPasswordJob*>(&job)) {
+    answer.data = read->binaryData().toStdString();
+  }
+  return answer;
+}
+
+QtKeychain::Answer QtKeychain::run(QKeychain::Job& job) {
   const auto answer = std::make_shared<std::optional<Answer>>();
   QEventLoop loop;
   QTimer deadline;
-  QObject::connect(&job, &QKeychain::Job::finished, &job, [answer](QKeychain::Job* finished) {
-    answer->emplace(Answer{statusOf(finished->error()), {}});
-    if (const auto* read = qobject_cast<QKeychain::ReadPasswordJob*>(finished)) {
-      (*answer)->data = read->binaryData().toStdString();
-    }
-  });
+  QObject::connect(&job, &QKeychain::Job::finished, &job,
+                   [answer](QKeychain::Job* finished) { answer->emplace(answerOf(*finished)); });
   QObject::connect(&job, &QKeychain::Job::finished, &loop, &QEventLoop::quit);
   QObject::connect(&deadline, &QTimer::timeout, &loop, &QEventLoop::quit);
   deadline.setSingleShot(true);
-  deadline.start(wait);
+  deadline.start(options_.wait);
   job.start();
   if (!*answer) loop.exec();
+  if (!*answer && options_.report) options_.report(noAnswer);
   return answer->value_or(Answer{});
 }
 
-}  // namespace
-
 std::optional<std::string> QtKeychain::itemCopyMatching(const KeychainItem& item) {
-  auto answer = run(makeJob<QKeychain::ReadPasswordJob>(item), options_.wait);
+  auto answer = run(makeJob<QKeychain::ReadPasswordJob>(item));
   if (answer.status != KeychainStatus::success) return std::nullopt;
   return std::move(answer.data);
 }
 
+void QtKeychain::itemCopyMatchingLater(const KeychainItem& item,
+                                       std::function<void(std::optional<std::string>)> completion) {
+  auto& job = makeJob<QKeychain::ReadPasswordJob>(item);
+  QObject::connect(&job, &QKeychain::Job::finished, &job,
+                   [called = std::move(completion)](QKeychain::Job* finished) {
+                     auto answer = answerOf(*finished);
+                     const auto isRead = answer.status == KeychainStatus::success;
+                     called(isRead ? std::optional(std::move(answer.data)) : std::nullopt);
+                   });
+  job.start();
+}
+
 KeychainStatus QtKeychain::itemUpdate(const KeychainItem& item, std::string_view data) {
-  const auto present = run(makeJob<QKeychain::ReadPasswordJob>(item), options_.wait).status;
+  const auto present = run(makeJob<QKeychain::ReadPasswordJob>(item)).status;
   return present == KeychainStatus::success ? itemAdd(item, data) : present;
 }
 
@@ -72,11 +87,11 @@ KeychainStatus QtKeychain::itemUpdate(const KeychainItem& item, std::string_view
 KeychainStatus QtKeychain::itemAdd(const KeychainItem& item, std::string_view data) {
   auto& job = makeJob<QKeychain::WritePasswordJob>(item);
   job.setBinaryData(QByteArray(data.data(), static_cast<qsizetype>(data.size())));
-  return run(job, options_.wait).status;
+  return run(job).status;
 }
 
 KeychainStatus QtKeychain::itemDelete(const KeychainItem& item) {
-  return run(makeJob<QKeychain::DeletePasswordJob>(item), options_.wait).status;
+  return run(makeJob<QKeychain::DeletePasswordJob>(item)).status;
 }
 
 }  // namespace kivra::qt

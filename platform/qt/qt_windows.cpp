@@ -53,8 +53,10 @@ Qt::WindowFlags windowFlags(const WindowAttributes& attributes) {
 
 class QtWindow : public Window {
  public:
-  explicit QtWindow(const WindowAttributes& attributes)
-      : widget_(windowFlags(attributes)), alpha_(attributes.alphaValue) {
+  QtWindow(const WindowAttributes& attributes, ActivateWindow activate)
+      : activate_(std::move(activate)),
+        widget_(windowFlags(attributes)),
+        alpha_(attributes.alphaValue) {
     widget_.setObjectName(QString::fromStdString(attributes.name));
     widget_.setWindowTitle(QString::fromStdString(attributes.title));
     widget_.setAttribute(Qt::WA_QuitOnClose, false);
@@ -105,9 +107,7 @@ class QtWindow : public Window {
   void makeKeyAndOrderFront() override {
     if (alpha_ <= 0) return;
     if (place_) widget_.restoreGeometry(std::exchange(place_, std::nullopt).value());
-    widget_.show();
-    widget_.raise();
-    widget_.activateWindow();
+    bringToFront(widget_, activate_);
   }
 
   void orderBack() override {
@@ -127,6 +127,7 @@ class QtWindow : public Window {
   }
 
  private:
+  ActivateWindow activate_;
   std::unique_ptr<DrawnView> drawn_;  // outlives the widgets, which may still call it
   WindowWidget widget_;
   QVBoxLayout* layout_ = nullptr;
@@ -138,7 +139,7 @@ class QtWindow : public Window {
 }  // namespace
 
 std::unique_ptr<Window> QtWindows::windowCreate(const WindowAttributes& attributes) {
-  return std::make_unique<QtWindow>(attributes);
+  return std::make_unique<QtWindow>(attributes, activate_);
 }
 
 }  // namespace kivra::qt

@@ -19,6 +19,8 @@ class LinuxApplication : public Application {
   /// Knows only of this program; of others it answers none. The first call makes this process the
   /// session's instance unless another is.
   std::vector<std::int32_t> runningApplications(std::string_view bundleIdentifier) override;
+
+  /// Nothing to do: each window and alert comes to the front by itself when it is asked for.
   void activateIgnoringOtherApps() override {}
   void terminate() override { quit_(); }
 

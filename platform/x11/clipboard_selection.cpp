@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "platform/x11/selection_contents.h"
+#include "platform/x11/selection_snapshot.h"
 
 namespace kivra::x11 {
 
@@ -24,8 +25,7 @@ constexpr const char* handOverProperty = "KIVRA_SAVE_TARGETS";
 
 ClipboardSelection::ClipboardSelection(const std::string& display,
                                        const SelectionReader::Waits& waits)
-    : waits_(waits),
-      connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)),
+    : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)),
       atoms_(connection_.get()),
       offer_(connection_.get(), atoms_) {
   if (!isConnected()) return;
@@ -35,7 +35,9 @@ ClipboardSelection::ClipboardSelection(const std::string& display,
   xcb_create_window(connection_.get(), XCB_COPY_FROM_PARENT, window_, screen->root, 0, 0, 1, 1, 0,
                     XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
   clipboard_ = atoms_.atom("CLIPBOARD");
-  reader_.emplace(connection_.get(), atoms_, window_, clipboard_);
+  reader_.emplace(
+      connection_.get(), atoms_, window_, clipboard_, waits,
+      [this](const auto& isAnswered, auto until) { return awaitAnswer(isAnswered, until); });
   watchOwner();
 }
 
@@ -123,53 +125,66 @@ std::int64_t ClipboardSelection::changeCount() {
   return changeCount_;
 }
 
-std::vector<PasteboardItem> ClipboardSelection::items() {
-  if (!isConnected() || ownerOf(clipboard_) == nobody) return {};
-  PasteboardItem item;
-  if (isOwner()) {
-    for (const auto& [target, data] : offer_.contents()) {
-      if (isData(target)) item[typeOfTarget(target)] = *data;
-    }
-    return {item};
-  }
-  const auto handler = [this](const auto& condition, auto until) {
-    return handleEventsUntil(condition, until);
-  };
-  auto targets = reader_->targets(handler, Clock::now() + waits_.answer);
-  sortByWorth(targets);
-  const auto until = Clock::now() + waits_.whole;
-  for (const auto& target : targets) {
-    if (!isData(target) || item.contains(typeOfTarget(target))) continue;
-    if (auto bytes = bytesOf(target, until)) item[typeOfTarget(target)] = std::move(*bytes);
-  }
-  return {item};
+// An owner that is gone, or has given way to another, answers no more.
+bool ClipboardSelection::awaitAnswer(const std::function<bool()>& isAnswered,
+                                     SelectionReader::Moment until) {
+  handleEventsUntil([&] { return isAnswered() || changeCount_ != askedAt_; }, until);
+  return isAnswered();
 }
 
-std::optional<std::string> ClipboardSelection::bytesOf(const std::string& target,
-                                                       SelectionReader::Moment until) {
-  auto converted = reader_->convert(
-      target,
-      [this](const auto& condition, auto deadline) {
-        return handleEventsUntil(condition, deadline);
-      },
-      waits_.data, until);
-  // Words mean something only together with their order and the server's numbers in them.
-  if (!converted || converted->format != 8) return std::nullopt;
-  return std::move(converted->bytes);
+std::optional<ClipboardSelection::Contents> ClipboardSelection::contents() {
+  if (!isConnected()) return Contents{};
+  const auto until = Clock::now() + reader_->waits().whole;
+  for (;;) {
+    askedAt_ = changeCount();
+    const auto owner = ownerOf(clipboard_);
+    if (owner == nobody) return Contents{.items = {}, .changeCount = askedAt_};
+    auto read = owner == window_ ? SelectionSnapshot{ownItem()} : readSelection(*reader_, until);
+    const auto isSameOwner = changeCount() == askedAt_;
+    if (!isConnected()) return Contents{};
+    // Of what died with its owner there is nothing but what was read before.
+    const auto isDead = !isSameOwner && ownerOf(clipboard_) == nobody;
+    if ((isSameOwner && read.isWhole) || isDead) {
+      Contents contents{.items = {}, .changeCount = askedAt_};
+      if (!read.item.empty()) contents.items.push_back(std::move(read.item));
+      return contents;
+    }
+    if (isSameOwner || Clock::now() >= until) return std::nullopt;
+  }
+}
+
+PasteboardItem ClipboardSelection::ownItem() const {
+  PasteboardItem item;
+  for (const auto& [target, data] : offer_.contents()) {
+    if (isData(target)) item[typeOfTarget(target)] = *data;
+  }
+  return item;
 }
 
 std::optional<std::string> ClipboardSelection::text(const std::string& type) {
   if (!isConnected()) return std::nullopt;
+  const auto until = Clock::now() + reader_->waits().whole;
+  for (;;) {
+    askedAt_ = changeCount();
+    auto read = textOfOwner(type, until);
+    // Some programs, and clipboard managers behind them, take the selection twice at a time.
+    if (read || changeCount() == askedAt_ || Clock::now() >= until) return read;
+  }
+}
+
+std::optional<std::string> ClipboardSelection::textOfOwner(const std::string& type,
+                                                           SelectionReader::Moment until) {
   std::vector<std::string> names = {targetOfType(type)};
   if (type == pasteboardTypeString) {
     names.insert(names.end(), {target_names::mimeUtf8, target_names::latin1});
   }
-  const auto until = Clock::now() + waits_.whole;
   const auto isOurs = isOwner();
   for (const auto& name : names) {
     std::optional<std::string> bytes;
     if (!isOurs) {
-      bytes = bytesOf(name, until);
+      auto given = reader_->convert(name, until);
+      if (!given) return std::nullopt;
+      if (isBytes(*given)) bytes = std::move(given->bytes);
     } else if (const auto found = offer_.contents().find(name); found != offer_.contents().end()) {
       bytes = *found->second;
     }

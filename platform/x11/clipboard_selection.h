@@ -30,8 +30,16 @@ class ClipboardSelection {
   int fd() const;
   void handleEvents();
 
+  /// All that is there, and the change count from which on it was there.
+  struct Contents {
+    std::vector<PasteboardItem> items{};
+    std::int64_t changeCount = 0;
+  };
+
   std::int64_t changeCount();
-  std::vector<PasteboardItem> items();
+
+  /// Nothing when an owner that lives does not hand over everything.
+  std::optional<Contents> contents();
   std::optional<std::string> text(const std::string& type);
 
   /// Takes the selection and offers these items; no items: nobody owns the selection.
@@ -46,10 +54,11 @@ class ClipboardSelection {
   xcb_timestamp_t serverTime();
   xcb_window_t ownerOf(xcb_atom_t selection);
   bool isOwner() { return ownerOf(clipboard_) == window_; }
-  std::optional<std::string> bytesOf(const std::string& target, SelectionReader::Moment until);
+  bool awaitAnswer(const std::function<bool()>& isAnswered, SelectionReader::Moment until);
+  PasteboardItem ownItem() const;
+  std::optional<std::string> textOfOwner(const std::string& type, SelectionReader::Moment until);
   void handOver();
 
-  SelectionReader::Waits waits_;
   XcbConnectionPointer connection_;
   Atoms atoms_;
   xcb_window_t window_ = XCB_WINDOW_NONE;
@@ -58,6 +67,7 @@ class ClipboardSelection {
   SelectionOffer offer_;
   std::uint8_t ownerChanged_ = 0;  // the event's number; 0 when the server cannot tell
   std::int64_t changeCount_ = 0;
+  std::int64_t askedAt_ = 0;  // the change count when the owner was last asked for something
   std::optional<xcb_timestamp_t> stamp_;
   bool isHandedOver_ = false;
 };

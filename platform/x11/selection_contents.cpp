@@ -8,12 +8,19 @@ namespace kivra::x11 {
 namespace {
 
 /// Questions about the selection, requests to do something with it, and objects of the server.
-constexpr std::array<std::string_view, 20> notData = {
-    "TARGETS",       "MULTIPLE",           "TIMESTAMP",       "SAVE_TARGETS",
-    "DELETE",        "INSERT_SELECTION",   "INSERT_PROPERTY", "PIXMAP",
-    "BITMAP",        "DRAWABLE",           "WINDOW",          "COLORMAP",
-    "FOREGROUND",    "BACKGROUND",         "LENGTH",          "LIST_LENGTH",
-    "CLIENT_WINDOW", "CHARACTER_POSITION", "OWNER_OS",        "TEXT"};
+constexpr std::array<std::string_view, 22> notData = {
+    "TARGETS",           "MULTIPLE",      "TIMESTAMP",
+    "SAVE_TARGETS",      "DELETE",        "INSERT_SELECTION",
+    "INSERT_PROPERTY",   "PIXMAP",        "BITMAP",
+    "DRAWABLE",          "WINDOW",        "COLORMAP",
+    "FOREGROUND",        "BACKGROUND",    "LENGTH",
+    "LIST_LENGTH",       "CLIENT_WINDOW", "CHARACTER_POSITION",
+    "OWNER_OS",          "TEXT",          "XmTRANSFER_SUCCESS",
+    "XmTRANSFER_FAILURE"};
+
+/// All names of Motif's but one ask its programs to do something.
+constexpr std::string_view motif = "_MOTIF_";
+constexpr std::string_view motifText = "_MOTIF_COMPOUND_STRING";
 
 /// Bytes of UTF-8 as Latin-1; "?" for what it lacks.
 std::string latin1OfUtf8(std::string_view text) {
@@ -36,7 +43,7 @@ std::string latin1OfUtf8(std::string_view text) {
 /// Alternatives of one picture cost its owner the most; one that everybody reads comes first.
 int cost(const std::string& target) {
   if (target == "image/png") return 1;
-  return target.starts_with("image/") ? 2 : 0;
+  return isPicture(target) ? 2 : 0;
 }
 
 }  // namespace
@@ -68,8 +75,11 @@ SelectionContents contentsOf(const std::vector<PasteboardItem>& items) {
 }
 
 bool isData(std::string_view target) {
+  if (target.starts_with(motif)) return target == motifText;
   return !target.empty() && std::find(notData.begin(), notData.end(), target) == notData.end();
 }
+
+bool isPicture(std::string_view target) { return target.starts_with("image/"); }
 
 void sortByWorth(std::vector<std::string>& targets) {
   std::stable_sort(targets.begin(), targets.end(),

@@ -32,6 +32,8 @@ SelectionContents contentsOf(const std::vector<PasteboardItem>& items);
 /// Reading the target has no effect on the owner and yields bytes that mean something elsewhere.
 bool isData(std::string_view target);
 
+bool isPicture(std::string_view target);
+
 /// Targets in the order in which they are worth reading when time is short.
 void sortByWorth(std::vector<std::string>& targets);
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "platform/x11/xcb_pointer.h"
 
@@ -10,28 +11,33 @@ namespace kivra::x11 {
 namespace {
 
 constexpr unsigned propertyCount = 32;
-constexpr std::uint32_t everything = 0x1FFFFFFF;  // words
+constexpr std::size_t mostBytes = 256U << 20U;
 
 }  // namespace
 
 SelectionReader::SelectionReader(xcb_connection_t* connection, Atoms& atoms, xcb_window_t window,
-                                 xcb_atom_t selection)
-    : connection_(connection), atoms_(atoms), window_(window), selection_(selection) {}
+                                 xcb_atom_t selection, const Waits& waits,
+                                 HandleEvents handleEvents)
+    : connection_(connection),
+      atoms_(atoms),
+      window_(window),
+      selection_(selection),
+      waits_(waits),
+      handleEvents_(std::move(handleEvents)) {}
 
-std::vector<std::string> SelectionReader::targets(const HandleEvents& handleEvents, Moment until) {
-  const auto converted = convert("TARGETS", handleEvents, std::chrono::milliseconds(0), until);
-  if (!converted || converted->format != 32) return {};
+std::optional<std::vector<std::string>> SelectionReader::targets(Moment until) {
+  const auto converted = convert("TARGETS", until);
+  if (!converted) return std::nullopt;
+  std::vector<std::string> names;
+  if (converted->format != 32) return names;
   std::vector<xcb_atom_t> atoms(converted->bytes.size() / sizeof(xcb_atom_t));
   std::memcpy(atoms.data(), converted->bytes.data(), atoms.size() * sizeof(xcb_atom_t));
-  std::vector<std::string> names;
   names.reserve(atoms.size());
   for (const auto atom : atoms) names.push_back(atoms_.name(atom));
   return names;
 }
 
 std::optional<SelectionReader::Converted> SelectionReader::convert(const std::string& target,
-                                                                   const HandleEvents& handleEvents,
-                                                                   std::chrono::milliseconds wait,
                                                                    Moment until) {
   // A property of its own for each request: an answer that comes too late must not be taken for the
   // next one's.
@@ -41,48 +47,48 @@ std::optional<SelectionReader::Converted> SelectionReader::convert(const std::st
   xcb_convert_selection(connection_, window_, selection_, request_.target, request_.property,
                         XCB_CURRENT_TIME);
   xcb_flush(connection_);
-  const auto now = std::chrono::steady_clock::now();
-  const auto deadline = wait.count() > 0 ? std::min(until, now + wait) : until;
-  const auto isAnswered = handleEvents([this] { return request_.isAnswered; }, deadline);
   std::optional<Converted> converted;
-  if (isAnswered && !request_.isRefused) {
+  if (waitFor(request_.isAnswered, until)) {
     request_.hasPiece = false;
-    converted = takeProperty();
-    if (converted && converted->type == atoms_.atom("INCR")) {
-      converted = takePieces(handleEvents, wait, until);
-    }
+    converted = request_.isRefused ? Converted{} : takeProperty();
+    if (converted && converted->type == atoms_.atom("INCR")) converted = takePieces(until);
   }
   request_ = {};
   return converted;
 }
 
+bool SelectionReader::waitFor(const bool& sign, Moment until) {
+  const auto deadline = std::min(until, std::chrono::steady_clock::now() + waits_.idle);
+  return handleEvents_([&sign] { return sign; }, deadline);
+}
+
 std::optional<SelectionReader::Converted> SelectionReader::takeProperty() {
+  constexpr auto words = static_cast<std::uint32_t>(mostBytes / 4);
   const XcbPointer<xcb_get_property_reply_t> reply(
       xcb_get_property_reply(connection_,
                              xcb_get_property(connection_, 1, window_, request_.property,
-                                              XCB_GET_PROPERTY_TYPE_ANY, 0, everything),
+                                              XCB_GET_PROPERTY_TYPE_ANY, 0, words),
                              nullptr));
-  if (!reply || reply->type == XCB_ATOM_NONE) return std::nullopt;
+  if (!reply || reply->bytes_after > 0) return std::nullopt;
   return Converted{
       reply->type, reply->format,
       std::string(static_cast<const char*>(xcb_get_property_value(reply.get())),
                   static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))};
 }
 
-std::optional<SelectionReader::Converted> SelectionReader::takePieces(
-    const HandleEvents& handleEvents, std::chrono::milliseconds wait, Moment until) {
+std::optional<SelectionReader::Converted> SelectionReader::takePieces(Moment until) {
   Converted whole;
-  for (;;) {
-    const auto deadline = std::min(until, std::chrono::steady_clock::now() + wait);
-    if (!handleEvents([this] { return request_.hasPiece; }, deadline)) return std::nullopt;
+  while (waitFor(request_.hasPiece, until)) {
     request_.hasPiece = false;
-    auto piece = takeProperty();
-    if (!piece) continue;
-    if (piece->bytes.empty()) return whole;
+    const auto piece = takeProperty();
+    if (!piece || whole.bytes.size() + piece->bytes.size() > mostBytes) break;
+    if (piece->type == XCB_ATOM_NONE) continue;
     whole.type = piece->type;
     whole.format = piece->format;
+    if (piece->bytes.empty()) return whole;
     whole.bytes += piece->bytes;
   }
+  return std::nullopt;
 }
 
 void SelectionReader::notified(const xcb_selection_notify_event_t& event) {

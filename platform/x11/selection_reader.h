@@ -20,15 +20,15 @@ class SelectionReader {
   using HandleEvents = std::function<bool(const std::function<bool()>& condition, Moment until)>;
 
   struct Waits {
-    /// For an owner's first sign of life.
-    std::chrono::milliseconds answer{100};
-    /// For each piece of the data of a type, which it may have to make first.
-    std::chrono::milliseconds data{500};
-    /// For all types together.
-    std::chrono::milliseconds whole{1500};
+    /// For an owner's next sign of life: it may be busy, or have to make the data first.
+    std::chrono::milliseconds idle{3000};
+    /// For all further encodings of a picture, once one has been read.
+    std::chrono::milliseconds alternatives{1500};
+    /// For everything together.
+    std::chrono::milliseconds whole{8000};
   };
 
-  /// What the owner gives for a target.
+  /// What the owner gives for a target; no type: it refuses.
   struct Converted {
     xcb_atom_t type = XCB_ATOM_NONE;
     std::uint8_t format = 0;
@@ -37,14 +37,15 @@ class SelectionReader {
 
   /// `window` is ours and reports changes of its properties.
   SelectionReader(xcb_connection_t* connection, Atoms& atoms, xcb_window_t window,
-                  xcb_atom_t selection);
+                  xcb_atom_t selection, const Waits& waits, HandleEvents handleEvents);
 
-  /// The names of the targets; none when the owner does not answer.
-  std::vector<std::string> targets(const HandleEvents& handleEvents, Moment until);
+  const Waits& waits() const { return waits_; }
 
-  /// The data of a target; nothing when the owner refuses, or stops before the end.
-  std::optional<Converted> convert(const std::string& target, const HandleEvents& handleEvents,
-                                   std::chrono::milliseconds wait, Moment until);
+  /// The names of the targets; nothing when the owner does not answer.
+  std::optional<std::vector<std::string>> targets(Moment until);
+
+  /// The data of a target; nothing when the owner stops before the end, or gives more than 256 MiB.
+  std::optional<Converted> convert(const std::string& target, Moment until);
 
   void notified(const xcb_selection_notify_event_t& event);
   void propertyChanged(xcb_atom_t property);
@@ -58,14 +59,16 @@ class SelectionReader {
     bool hasPiece = false;
   };
 
+  bool waitFor(const bool& sign, Moment until);
   std::optional<Converted> takeProperty();
-  std::optional<Converted> takePieces(const HandleEvents& handleEvents,
-                                      std::chrono::milliseconds wait, Moment until);
+  std::optional<Converted> takePieces(Moment until);
 
   xcb_connection_t* connection_;
   Atoms& atoms_;
   xcb_window_t window_;
   xcb_atom_t selection_;
+  Waits waits_;
+  HandleEvents handleEvents_;
   Request request_;
   unsigned requestCount_ = 0;
 };

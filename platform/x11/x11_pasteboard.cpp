@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/platform_error.h"
+
 namespace kivra::x11 {
 
 namespace {
@@ -9,6 +11,9 @@ namespace {
 /// Most answers come within this time, from the server.
 constexpr auto prompt = std::chrono::milliseconds(5);
 constexpr auto slice = std::chrono::milliseconds(1);
+
+constexpr const char* notHandedOver =
+    "Буфер обмена оставлен как есть: программа, которой он принадлежит, не отвечает.";
 
 }  // namespace
 
@@ -36,8 +41,11 @@ std::int64_t X11Pasteboard::changeCount() {
 
 std::vector<PasteboardItem> X11Pasteboard::pasteboardItems() {
   publish();
-  return ask<std::vector<PasteboardItem>>(
-      [](ClipboardSelection& selection) { return selection.items(); });
+  auto contents = ask<std::optional<ClipboardSelection::Contents>>(
+      [](ClipboardSelection& selection) { return selection.contents(); });
+  if (!contents) throw PlatformError(notHandedOver);
+  read_ = std::move(contents);
+  return read_->items;
 }
 
 std::optional<std::string> X11Pasteboard::stringForType(std::string_view type) {
@@ -65,11 +73,15 @@ void X11Pasteboard::setString(std::string_view text, std::string_view type) {
   writeObjects({{{std::string(type), std::string(text)}}});
 }
 
+// Who puts back what is still there would take it from an owner that can do more with it.
 void X11Pasteboard::publish() {
   if (!std::exchange(written_->isPending, false)) return;
-  ask<bool>([items = written_->items](ClipboardSelection& selection) {
-    selection.own(items);
-    return true;
+  ask<bool>([items = written_->items,
+             read = std::exchange(read_, std::nullopt)](ClipboardSelection& selection) {
+    const auto isStillThere =
+        read && read->changeCount == selection.changeCount() && read->items == items;
+    if (!isStillThere) selection.own(items);
+    return isStillThere;
   });
 }
 

@@ -3,6 +3,7 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/pasteboard.h"
@@ -42,6 +43,7 @@ class X11Pasteboard : public Pasteboard {
   void publish();
 
   RunLoop& runLoop_;
+  std::optional<ClipboardSelection::Contents> read_;  // until something is written
   std::shared_ptr<Written> written_ = std::make_shared<Written>();
   SelectionThread thread_;
 };

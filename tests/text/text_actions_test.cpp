@@ -147,6 +147,26 @@ TEST_F(TextActionsTest, AMegabyteIsTranslatedWhole) {
   EXPECT_EQ(fieldText(), "short");
 }
 
+TEST_F(TextActionsTest, NothingIsTouchedWhenThePasteboardWouldBeLost) {
+  desktop_.pasteboard.copy("дорого");
+  desktop_.pasteboard.setRefusal("занято");
+  for (const bool accessible : {true, false}) {
+    focus("слово", accessible);
+    desktop_.application.front().field.select(1, 1);
+    reply(200, R"({"translations":[{"text":"word"}]})");
+    logged_.clear();
+    translation().run("EN-US");
+    desktop_.time.serve();
+    EXPECT_EQ(fieldText(), "слово");
+    EXPECT_EQ(desktop_.application.front().field.selection(),
+              (std::pair<std::size_t, std::size_t>{1, 1}))
+        << accessible;
+    EXPECT_EQ(desktop_.pasteboard.stringForType(pasteboardTypeString), "дорого");
+    EXPECT_NE(logged_.find("Kivra translate error: занято"), std::string::npos) << logged_;
+    EXPECT_FALSE(translation().isRunning());
+  }
+}
+
 TEST_F(TextActionsTest, TheSettingsOpenWhenTheUserAsksForThem) {
   int opened = 0;
   correction().setSettingsOpener([&] { ++opened; });

@@ -7,6 +7,7 @@
 #include "event_loop.h"
 #include "platform/pasteboard.h"
 #include "platform/qt/qt_run_loop.h"
+#include "platform/session/standard_error_log.h"
 #include "text/clipboard.h"
 #include "x_session.h"
 
@@ -22,11 +23,12 @@ class LinuxTextServicesTest : public testing::Test {
     }
     ::setenv("LC_ALL", "ru_RU.UTF-8", 1);
     bus_.emplace();
-    services_.emplace(runLoop_, *bus_);
+    services_.emplace(runLoop_, *bus_, log_);
   }
 
   e2e::XSession session_{{.windowManager = false}};
   qt::QtRunLoop runLoop_;
+  StandardErrorLog log_;
   std::optional<AccessibilityBus> bus_;
   std::optional<LinuxTextServices> services_;
 };

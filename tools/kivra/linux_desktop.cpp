@@ -40,7 +40,7 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                   reportLostServer();
                   qt::QtApplication::exit(EXIT_FAILURE);
                 }}),
-      text_(runLoop_, accessibility_, model) {
+      text_(runLoop_, accessibility_, log_, model) {
   spellChecker_.load();
   qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
 }

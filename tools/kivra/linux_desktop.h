@@ -19,6 +19,7 @@
 #include "platform/session/system_clock.h"
 #include "platform/spelling/hunspell_spell_checker.h"
 #include "platform/x11/system_tray.h"
+#include "platform/x11/window_activation.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace kivra {
@@ -57,10 +58,10 @@ class LinuxDesktop : public Privacy {
   LayoutKeepers layoutKeepers_;
   x11::X11Desktop x11_;
   LinuxTextServices text_;
-  qt::QtAlerts alerts_;
+  qt::QtAlerts alerts_{x11::activateWindow};
   qt::QtLocalKeyMonitors localKeyMonitors_;
   qt::QtStatusBar statusBar_{log_, x11::hasSystemTray};
-  qt::QtWindows windows_;
+  qt::QtWindows windows_{x11::activateWindow};
   std::string reportedAccessibility_;
   std::string reportedInput_;
   bool isLostServerReported_ = false;

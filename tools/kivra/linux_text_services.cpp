@@ -15,9 +15,10 @@ std::function<bool()> pingActiveWindow() {
 
 }  // namespace
 
-LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus,
+LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus, Log& log,
                                      const LocalLanguageModel::Options& model)
     : accessibility(bus, runLoop, pingActiveWindow),
+      keychain({.report = [&log](std::string_view line) { log.log(line); }}),
       languageModel(httpClient, runLoop, model),
       pasteboard(runLoop),
       translation(httpClient, languageRecognizer, qt::callOnMainThread) {}

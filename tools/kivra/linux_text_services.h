@@ -5,6 +5,7 @@
 #include "platform/engines/local_language_model.h"
 #include "platform/engines/offline_translation.h"
 #include "platform/language/cld2_language_recognizer.h"
+#include "platform/log.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_keychain.h"
 #include "platform/run_loop.h"
@@ -16,7 +17,7 @@ namespace kivra {
 /// What translating and correcting needs of the Linux desktop, put together. Needs a
 /// QCoreApplication; ends before it and before the run loop and the bus.
 struct LinuxTextServices {
-  LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus,
+  LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus, Log& log,
                     const LocalLanguageModel::Options& model = {});
 
   AtspiAccessibility accessibility;

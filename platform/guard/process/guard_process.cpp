@@ -63,10 +63,11 @@ void serve(Seat& seat, GuardChannel& channel, Heartbeat& heartbeat, int lifeline
     heartbeat.beginWork();
     if (!guard.serve(KeyboardGuard::Clock::now())) return;
     channel.flush();
-    seat.flush();
+    const auto hasInput = seat.flush();
     if (!channel.isOpen()) break;
     heartbeat.rest();
-    isWatched = waitForWork(seat, channel, lifeline, millisecondsUntil(guard.deadline()));
+    const auto timeout = hasInput ? 0 : millisecondsUntil(guard.deadline());
+    isWatched = waitForWork(seat, channel, lifeline, timeout);
   }
   heartbeat.beginWork();
   guard.letGo();

@@ -60,7 +60,8 @@ class Seat {
   /// Tells the listener what has come, without waiting. False when the display is gone.
   virtual bool dispatch(SeatListener& listener) = 0;
   /// Hands over what has been passed and typed; called before the guard waits.
-  virtual void flush() = 0;
+  /// Answers whether input has been read meanwhile, of which the descriptors do not tell any more.
+  virtual bool flush() = 0;
 
   virtual const KeyMap& keyMap() const = 0;
   /// The group in effect after all that went on.

@@ -80,11 +80,12 @@ bool X11Seat::dispatch(guard::SeatListener& listener) {
       take(event, listener);
     }
     settle(listener);
-  } while (XEventsQueued(display_.get(), QueuedAlready) > 0);
+  } while (XPending(display_.get()) > 0);
   return true;
 }
 
-void X11Seat::flush() { XFlush(display_.get()); }
+// To ask the server anything reads what has come before the answer.
+bool X11Seat::flush() { return XPending(display_.get()) > 0; }
 
 void X11Seat::take(XEvent& event, guard::SeatListener& listener) {
   if (event.type == MappingNotify) {

@@ -30,7 +30,7 @@ class X11Seat : public guard::Seat {
 
   std::vector<int> fds() const override { return {ConnectionNumber(display_.get()), timer_}; }
   bool dispatch(guard::SeatListener& listener) override;
-  void flush() override;
+  bool flush() override;
 
   const KeyMap& keyMap() const override { return session_.keyMap(); }
   std::uint32_t group() override { return state().group; }

@@ -29,7 +29,7 @@ class FakeSeat : public Seat {
     }
     return !isGone_;
   }
-  void flush() override {}
+  bool flush() override { return !events_.empty(); }
 
   const KeyMap& keyMap() const override { return layouts_.keyMap(); }
   std::uint32_t group() override { return screen_.group(); }

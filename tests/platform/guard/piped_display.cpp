@@ -43,7 +43,7 @@ class PipedSeat : public Seat {
     }
     return true;
   }
-  void flush() override {}
+  bool flush() override { return false; }
   const KeyMap& keyMap() const override { return Layouts::plain().keyMap(); }
   std::uint32_t group() override { return 0; }
   bool isCapsLocked() override { return false; }

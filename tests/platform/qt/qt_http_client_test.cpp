@@ -1,6 +1,10 @@
 #include "platform/qt/qt_http_client.h"
 
 #include <gtest/gtest.h>
+#include <openssl/crypto.h>
+#include <unistd.h>
+
+#include <cstdlib>
 
 #include "event_loop.h"
 #include "scripted_server.h"
@@ -148,6 +152,25 @@ TEST_F(QtHttpClientTest, TrustsNoOtherAuthority) {
   QtHttpClient otherTrust(trusting(others));
   EXPECT_NE(failure(send(otherTrust, request())), "");
   EXPECT_TRUE(server_->requests.empty()) << "the key went to a server that is not trusted";
+}
+
+/// Ends the process as the program does, with a status that tells whether the TLS library still
+/// works when nothing else is left.
+void endAfterARequest() {
+  std::atexit([] {
+    if (OPENSSL_init_crypto(0, nullptr) == 0) ::_exit(EXIT_FAILURE);
+  });
+  QtHttpClient client;
+  answerOf<HttpResponse>([&](Completion<HttpResponse> completion) {
+    client.data({.url = "https://localhost:1/"}, std::move(completion));
+  });
+  std::exit(EXIT_SUCCESS);
+}
+
+// Its threads may still be using it.
+TEST(QtHttpClientEndTest, TheTlsLibraryIsNotCleanedUp) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  EXPECT_EXIT(endAfterARequest(), testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 
 TEST_F(QtHttpClientTest, TrustsNoCertificateForAnotherName) {

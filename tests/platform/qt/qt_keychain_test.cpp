@@ -3,6 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "event_loop.h"
 #include "private_bus.h"
@@ -108,11 +112,18 @@ TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
   service();
   ASSERT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
   service().daemon().signal(SIGSTOP);
-  QtKeychain impatient({.wait = 200ms});
+  std::string reported;
+  QtKeychain impatient({.wait = 200ms, .report = [&](std::string_view line) { reported = line; }});
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(impatient.itemCopyMatching(item), std::nullopt);
   EXPECT_LT(std::chrono::steady_clock::now() - start, 5s);
+  EXPECT_NE(reported.find("хранилище паролей"), std::string::npos) << reported;
+  std::optional<std::string> unlocked;
+  keychain_.itemCopyMatchingLater(item, [&](auto answer) { unlocked = std::move(answer); });
+  EXPECT_EQ(unlocked, std::nullopt) << "nobody waits for it";
   service().daemon().signal(SIGCONT);
+  EXPECT_TRUE(turnUntil([&] { return unlocked.has_value(); }));
+  EXPECT_EQ(unlocked, secret);
   EXPECT_EQ(keychain_.itemCopyMatching(item), secret) << "the late answer does no harm";
 }
 

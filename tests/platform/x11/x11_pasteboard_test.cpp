@@ -5,19 +5,32 @@
 #include <fstream>
 
 #include "event_loop.h"
+#include "platform/platform_error.h"
 #include "platform/qt/qt_run_loop.h"
+#include "selection_owner.h"
 #include "x_session.h"
 
 namespace kivra::x11 {
 namespace {
 
 using namespace std::chrono_literals;
+using Way = SelectionOwner::Way;
 
 class X11PasteboardTest : public testing::Test {
  protected:
-  std::unique_ptr<X11Pasteboard> pasteboard() {
-    return std::make_unique<X11Pasteboard>(runLoop_,
-                                           X11Pasteboard::Options{.display = session_.display()});
+  std::unique_ptr<X11Pasteboard> pasteboard(const SelectionReader::Waits& waits = {}) {
+    return std::make_unique<X11Pasteboard>(
+        runLoop_, X11Pasteboard::Options{.display = session_.display(), .waits = waits});
+  }
+
+  /// What the program does before it writes something of its own, and after.
+  void overwrite(X11Pasteboard& pasteboard) {
+    pasteboard.clearContents();
+    pasteboard.setString("замена", pasteboardTypeString);
+  }
+  void putBack(X11Pasteboard& pasteboard, const std::vector<PasteboardItem>& items) {
+    pasteboard.clearContents();
+    if (!items.empty()) pasteboard.writeObjects(items);
   }
 
   /// Another program takes the clipboard with these bytes; returns when it has it.
@@ -108,13 +121,11 @@ TEST_F(X11PasteboardTest, GivesBackEverythingThatWasThere) {
     EXPECT_TRUE(before[0].at(type) == data) << type;
   }
 
-  pasteboard_->clearContents();
-  pasteboard_->setString("замена", pasteboardTypeString);
+  overwrite(*pasteboard_);
   EXPECT_EQ(other->stringForType(pasteboardTypeString), "замена");
   EXPECT_EQ(pasteElsewhere("text/html"), "");
 
-  pasteboard_->clearContents();
-  pasteboard_->writeObjects(before);
+  putBack(*pasteboard_, before);
   const auto after = other->pasteboardItems();
   ASSERT_EQ(after.size(), 1U);
   EXPECT_TRUE(after[0] == before[0]);
@@ -128,8 +139,8 @@ TEST_F(X11PasteboardTest, ExchangesLargeImagesWithOtherPrograms) {
   ASSERT_EQ(items.size(), 1U);
   ASSERT_TRUE(items[0].contains("image/png"));
   EXPECT_TRUE(items[0].at("image/png") == image);
-  pasteboard_->clearContents();
-  pasteboard_->writeObjects(items);
+  overwrite(*pasteboard_);
+  putBack(*pasteboard_, items);
   EXPECT_TRUE(pasteElsewhere("image/png") == image);
 }
 
@@ -158,24 +169,118 @@ TEST_F(X11PasteboardTest, ShowsNobodyTheEmptyMomentBeforeWriting) {
 }
 
 TEST_F(X11PasteboardTest, GivesUpAnOwnerThatDoesNotAnswerAndServesTheRunLoopMeanwhile) {
+  const auto impatient = pasteboard({.idle = 100ms});
   const auto xclip = copyElsewhere("a", "UTF8_STRING");
   xclip->signal(SIGSTOP);
   int ticks = 0;
   const auto timer = runLoop_.scheduleRepeatingTimer(5ms, [&] { ++ticks; });
   const auto start = std::chrono::steady_clock::now();
-  const auto items = pasteboard_->pasteboardItems();
+  EXPECT_THROW(impatient->pasteboardItems(), PlatformError);
   const auto took = std::chrono::steady_clock::now() - start;
-  EXPECT_TRUE(items.empty() || items[0].empty());
   EXPECT_GE(took, 90ms);
   EXPECT_LT(took, 1s);
   EXPECT_GE(ticks, 5);
-  EXPECT_EQ(pasteboard_->stringForType(pasteboardTypeString), std::nullopt);
+  EXPECT_EQ(impatient->stringForType(pasteboardTypeString), std::nullopt);
   xclip->signal(SIGCONT);
+  EXPECT_EQ(pasteElsewhere("UTF8_STRING"), "a") << "nothing was taken from it";
   // The answers that come now are nobody's any more.
-  pasteboard_->clearContents();
-  pasteboard_->setString("b", pasteboardTypeString);
-  EXPECT_EQ(pasteboard_->stringForType(pasteboardTypeString), "b");
+  impatient->clearContents();
+  impatient->setString("b", pasteboardTypeString);
+  EXPECT_EQ(impatient->stringForType(pasteboardTypeString), "b");
   EXPECT_EQ(pasteElsewhere("UTF8_STRING"), "b");
+}
+
+TEST_F(X11PasteboardTest, WaitsForAnOwnerThatIsSlow) {
+  const SelectionOwner owner(session_.display(), {{"TARGETS", {.bytes = "", .delay = 1200ms}},
+                                                  {"UTF8_STRING", {.bytes = "текст"}},
+                                                  {"text/html", {.bytes = "<b>", .delay = 700ms}}});
+  const std::vector<PasteboardItem> all = {{{pasteboardTypeString, "текст"}, {"text/html", "<b>"}}};
+  EXPECT_EQ(pasteboard_->pasteboardItems(), all);
+}
+
+TEST_F(X11PasteboardTest, ReadsPiecesAndKeepsEveryByte) {
+  const auto image = picture(6U << 20U);
+  const SelectionOwner owner(session_.display(),
+                             {{"image/png", {.bytes = image, .way = Way::inPieces}},
+                              {"text/uri-list", {.bytes = "file:///a\r\nfile:///b\r\n"}}});
+  const auto items = pasteboard_->pasteboardItems();
+  overwrite(*pasteboard_);
+  putBack(*pasteboard_, items);
+  EXPECT_TRUE(pasteElsewhere("image/png") == image);
+  EXPECT_EQ(pasteElsewhere("text/uri-list"), "file:///a\r\nfile:///b\r\n");
+}
+
+TEST_F(X11PasteboardTest, LeavesAnOwnerAloneThatSendsWithoutEnd) {
+  const auto impatient = pasteboard({.whole = 500ms});
+  const SelectionOwner owner(
+      session_.display(), {{"UTF8_STRING", {.bytes = "текст"}},
+                           {"video/mp4", {.bytes = picture(1U << 10U), .way = Way::withoutEnd}}});
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_THROW(impatient->pasteboardItems(), PlatformError);
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 3s);
+  EXPECT_TRUE(owner.isOwner());
+}
+
+TEST_F(X11PasteboardTest, LeavesOutOnlyFurtherEncodingsOfAPictureThatTakeLong) {
+  const auto impatient = pasteboard({.alternatives = 100ms});
+  const SelectionOwner owner(session_.display(), {{"image/bmp", {.bytes = "", .way = Way::silent}},
+                                                  {"image/png", {.bytes = "png"}},
+                                                  {"text/html", {.bytes = "<img>"}}});
+  const std::vector<PasteboardItem> kept = {{{"image/png", "png"}, {"text/html", "<img>"}}};
+  EXPECT_EQ(impatient->pasteboardItems(), kept);
+}
+
+TEST_F(X11PasteboardTest, KeepsWhatWasReadOfAnOwnerThatDiesHalfWay) {
+  const SelectionOwner owner(
+      session_.display(), {{"UTF8_STRING", {.bytes = "текст"}},
+                           {"image/png", {.bytes = picture(1U << 20U), .way = Way::diesHalfWay}}});
+  const auto start = std::chrono::steady_clock::now();
+  const auto items = pasteboard_->pasteboardItems();
+  EXPECT_LT(std::chrono::steady_clock::now() - start, 2s) << "the dead were waited for";
+  EXPECT_EQ(items, (std::vector<PasteboardItem>{{{pasteboardTypeString, "текст"}}}));
+  putBack(*pasteboard_, items);
+  EXPECT_EQ(pasteElsewhere("UTF8_STRING"), "текст");
+}
+
+TEST_F(X11PasteboardTest, ReadsTheOwnerThatCameWhileAnotherWasRead) {
+  const SelectionOwner first(
+      session_.display(),
+      {{"UTF8_STRING", {.bytes = "старый"}}, {"text/html", {.bytes = "", .way = Way::silent}}});
+  std::optional<SelectionOwner> second;
+  runLoop_.asyncAfter(100ms, [&] {
+    second.emplace(session_.display(), SelectionOwner::Answers{{"text/rtf", {.bytes = "новый"}}});
+  });
+  EXPECT_EQ(pasteboard_->pasteboardItems(), (std::vector<PasteboardItem>{{{"text/rtf", "новый"}}}));
+}
+
+TEST_F(X11PasteboardTest, AsksForNothingThatWouldChangeSomething) {
+  SelectionOwner::Answers answers = {{"UTF8_STRING", {.bytes = "текст"}}};
+  for (const char* target :
+       {"DELETE", "INSERT_SELECTION", "INSERT_PROPERTY", "SAVE_TARGETS", "MULTIPLE", "TIMESTAMP",
+        "PIXMAP", "_MOTIF_LOSE_SELECTION", "_MOTIF_SNAPSHOT", "XmTRANSFER_SUCCESS"}) {
+    answers[target] = {.bytes = "done"};
+  }
+  const SelectionOwner owner(session_.display(), answers);
+  pasteboard_->pasteboardItems();
+  EXPECT_EQ(owner.asked(), (std::set<std::string>{"TARGETS", "UTF8_STRING"}));
+}
+
+TEST_F(X11PasteboardTest, PutsBackOnlyWhatIsNoLongerThere) {
+  std::optional<SelectionOwner> owner(std::in_place, session_.display(),
+                                      SelectionOwner::Answers{{"UTF8_STRING", {.bytes = "a"}}});
+  putBack(*pasteboard_, pasteboard_->pasteboardItems());
+  EXPECT_EQ(pasteElsewhere("UTF8_STRING"), "a");
+  EXPECT_TRUE(owner->isOwner());
+  const auto items = pasteboard_->pasteboardItems();
+  const SelectionOwner copied(session_.display(), {{"UTF8_STRING", {.bytes = "b"}}});
+  putBack(*pasteboard_, items);
+  EXPECT_EQ(pasteElsewhere("UTF8_STRING"), "a");
+  EXPECT_FALSE(copied.isOwner());
+  // Nothing that could be read was there, and it still is.
+  owner.emplace(session_.display(), SelectionOwner::Answers{{"PIXMAP", {.bytes = "1234"}}});
+  putBack(*pasteboard_, pasteboard_->pasteboardItems());
+  EXPECT_EQ(pasteboard_->stringForType(pasteboardTypeString), std::nullopt);
+  EXPECT_TRUE(owner->isOwner());
 }
 
 TEST_F(X11PasteboardTest, SurvivesTheServerAndItsAbsence) {
