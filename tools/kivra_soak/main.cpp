@@ -14,10 +14,12 @@ using kivra::soak::ProcessFigures;
 using kivra::soak::Soak;
 
 constexpr auto usage =
-    "Usage: soak [MINUTES] [--server xorg|xvnc] [--pace MS] [--seed NUMBER] [--no-kills]\n";
+    "Usage: soak [MINUTES] [--server xorg|xvnc] [--pace MS] [--seed NUMBER] [--no-kills] [--kills "
+    "TIMES]\n";
 
 struct Arguments {
   double minutes = 2;
+  int kills = 0;  ///< nothing else, each so often
   Soak::Options soak{.seed = std::random_device()()};
 };
 
@@ -36,6 +38,8 @@ Arguments parse(std::span<char*> arguments) {
       result.soak.pace = std::chrono::milliseconds(std::stoi(value(i)));
     } else if (name == "--seed" && hasValue) {
       result.soak.seed = static_cast<unsigned int>(std::stoul(value(i)));
+    } else if (name == "--kills" && hasValue) {
+      result.kills = std::stoi(value(i));
     } else {
       result.minutes = std::stod(name);
     }
@@ -63,13 +67,16 @@ int main(int count, char** values) {
     std::cout << "seed " << arguments.soak.seed << std::endl;
     Soak soak(arguments.soak, std::cout);
     const auto first = soak.processes();
+    for (int i = 0; i < arguments.kills; ++i) soak.killInAllWays();
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                         std::chrono::duration<double, std::ratio<60>>(arguments.minutes));
+                         std::chrono::duration<double, std::ratio<60>>(
+                             arguments.kills > 0 ? 0 : arguments.minutes));
     while (std::chrono::steady_clock::now() < end) soak.step();
     print(soak.counts(), first, soak.processes());
     const auto& counts = soak.counts();
-    const auto isClean = counts.lettersOff + counts.keysHeld + counts.leftBehind == 0;
+    const auto isClean = counts.lettersOff + counts.keysHeld + counts.leftBehind == 0 &&
+                         counts.longestSilenceAtKills < std::chrono::seconds(1);
     return isClean ? EXIT_SUCCESS : EXIT_FAILURE;
   } catch (const std::invalid_argument&) {
     std::cerr << usage;

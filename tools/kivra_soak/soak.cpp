@@ -82,7 +82,7 @@ void Soak::step() {
       &Soak::changeWindow, &Soak::clickInWord,  &Soak::leaveWordBehind};
   constexpr int stepsBetweenKills = 12;
   if (options_.kills && std::uniform_int_distribution(1, stepsBetweenKills)(random_) == 1) {
-    kill();
+    kill(any(allKills(random_)));
   } else {
     (this->*any(steps))();
   }
@@ -102,7 +102,7 @@ void Soak::expect(const std::string& text) {
   expectAsIs(text);
 }
 
-void Soak::check(const char* step) {
+void Soak::check(const std::string& step) {
   for (std::size_t i = 0; i < Screen::windowCount; ++i) {
     const auto text = screen_.window(i).textAfter(expected_.at(i));
     if (text == expected_.at(i)) continue;
@@ -120,7 +120,7 @@ void Soak::check(const char* step) {
   if (isOff) resume();
 }
 
-void Soak::checkKeyboard(const char* step) {
+void Soak::checkKeyboard(const std::string& step) {
   auto& typist = screen_.typist();
   // The last key has gone up by now, but its release may still be on its way.
   const auto isClean = [&] { return !typist.isAnyKeyDown() && typist.locks() == 0; };

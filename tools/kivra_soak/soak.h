@@ -2,6 +2,7 @@
 
 #include <array>
 #include <chrono>
+#include <cstdint>
 #include <ostream>
 #include <random>
 #include <set>
@@ -28,6 +29,21 @@ struct Counts {
   std::chrono::milliseconds longestSilenceAtKills{};
 };
 
+enum class Victim { program, guard, watcher };
+
+/// A signal to one of the program's processes while typing goes on, at any moment or, if there is
+/// one, while this key is down.
+struct Kill {
+  Victim victim = Victim::program;
+  int signal = 0;
+  std::uint8_t heldKey = 0;
+};
+
+std::ostream& operator<<(std::ostream& out, const Kill& kill);
+
+/// Each signal to each process, half of them with a key down.
+std::vector<Kill> allKills(std::mt19937& random);
+
 /// A day at the keyboard: step by step something is typed, and what stands in the windows then is
 /// compared with what people mean. The model knows the words, the layout and the words that were
 /// undone; it asks the program for nothing.
@@ -44,13 +60,13 @@ class Soak {
   Soak(const Options& options, std::ostream& log);
 
   void step();
+  /// Kills in each way once, and looks whether the keyboard outlives it.
+  void killInAllWays();
 
   const Counts& counts() const { return counts_; }
   ProcessFigures processes() const { return figuresOf(processesOn(session_.display())); }
 
  private:
-  enum class Victim { guard, stoppedGuard, program };
-
   void start();
   bool corrects();
 
@@ -66,7 +82,6 @@ class Soak {
   void changeWindow();
   void leaveWordBehind();
   void clickInWord();
-  void kill();
 
   // The model.
   /// What the word's keys give in the present layout.
@@ -75,13 +90,18 @@ class Soak {
   /// These words come out as they are meant.
   void expect(const std::string& text);
   void expectAsIs(const std::string& text) { expected_[screen_.focused()] += text; }
-  void check(const char* step);
-  void checkKeyboard(const char* step);
+  void check(const std::string& step);
+  void checkKeyboard(const std::string& step);
   void resume();
 
-  void checkWordsAround(const std::vector<std::string>& words, std::size_t firstSafe);
-  void killAt(Victim victim);
-  void waitUntilMended(Victim victim);
+  void kill(const Kill& kill);
+  std::chrono::steady_clock::time_point typeAround(const Kill& kill, const std::string& text);
+  pid_t processOf(Victim victim);
+  void strikeAt(const Kill& kill);
+  void checkWordsAround(const std::string& kill, const std::vector<std::string>& words,
+                        std::size_t firstSafe);
+  void mend(const Kill& kill);
+  void restart();
 
   template <class T>
   const T& any(const std::vector<T>& of) {
