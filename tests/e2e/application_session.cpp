@@ -42,6 +42,8 @@ void ApplicationSession::openPlainGtkEditor() { openEditor({"l3afpad"}, "3afpad"
 
 void ApplicationSession::openQtEditor() { openEditor({"featherpad", "--standalone"}, "eather"); }
 
+void ApplicationSession::openQt6Editor() { openEditor({KIVRA_QT_EDITOR}, "qt_editor"); }
+
 void ApplicationSession::openChromium(const std::string& body,
                                       const std::vector<std::string>& options) {
   constexpr const char* field =

@@ -12,6 +12,8 @@ namespace kivra::e2e {
 /// A session in which people's applications run beside Kivra, which corrects in all of them.
 class ApplicationSession {
  public:
+  explicit ApplicationSession(const XSession::Options& options = {}) : session(options) {}
+
   /// Throws std::runtime_error when the program, started by the command, corrects nothing.
   void startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
 
@@ -19,6 +21,7 @@ class ApplicationSession {
   void openGtkEditor();
   void openPlainGtkEditor();
   void openQtEditor();
+  void openQt6Editor();
   /// A page with this body, whose title becomes "ready"; without one, a field to write in.
   void openChromium(const std::string& body = "", const std::vector<std::string>& options = {});
   void openTerminal(const std::string& shellCommand);

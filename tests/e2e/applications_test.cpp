@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "application_session.h"
+#include "kivra_session.h"
 
 namespace kivra::e2e {
 namespace {
@@ -12,26 +13,10 @@ using namespace std::chrono_literals;
 /// Characters that no layout has, one of them in two parts.
 constexpr const char* smile = "é Ünï 😀❤️ → ёлки ok";
 
-/// JSON for the replacement dictionary.
-std::string replacements() {
-  return R"([{"id":"8C1C0C5E-6C0F-4B0E-9C5B-0F6B5D2F0A11","pattern":"smile","replacement":")" +
-         std::string(smile) + R"("}])";
-}
-
-std::string hex(const std::string& bytes) {
-  constexpr const char* digits = "0123456789abcdef";
-  std::string result;
-  for (const auto byte : bytes) {
-    const auto value = static_cast<unsigned char>(byte);
-    result += {digits[value >> 4], digits[value & 0xF]};
-  }
-  return result;
-}
-
 class Applications : public testing::Test {
  protected:
   void SetUp() override {
-    desktop.set("kivra.replacements", {"-data", hex(replacements())});
+    storeReplacement(desktop.session, "smile", smile);
     desktop.startKivra();
   }
 

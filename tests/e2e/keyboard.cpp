@@ -117,6 +117,8 @@ class VncKeyboard : public Keyboard {
         return 0xB8;
       case 116:  // Down
         return 0xD0;
+      case 127:  // Pause
+        return 0xC6;
       case 133:  // the left Super
         return 0xDB;
       default:

@@ -7,6 +7,20 @@
 
 namespace kivra::e2e {
 
+namespace {
+
+std::string hex(const std::string& bytes) {
+  constexpr const char* digits = "0123456789abcdef";
+  std::string result;
+  for (const auto byte : bytes) {
+    const auto value = static_cast<unsigned char>(byte);
+    result += {digits[value >> 4], digits[value & 0xF]};
+  }
+  return result;
+}
+
+}  // namespace
+
 KivraSession::KivraSession(const XSession::Options& options) : session(options) { startKivra(); }
 
 void KivraSession::startKivra() {
@@ -25,6 +39,13 @@ void KivraSession::startKivra() {
   }
   typist.selectGroup(0);
   window.clear();
+}
+
+void storeReplacement(XSession& session, const std::string& pattern,
+                      const std::string& replacement) {
+  const auto entries = R"([{"id":"8C1C0C5E-6C0F-4B0E-9C5B-0F6B5D2F0A11","pattern":")" + pattern +
+                       R"(","replacement":")" + replacement + R"("}])";
+  session.run({KIVRA_DEFAULTS, "write", "kivra.replacements", "-data", hex(entries)});
 }
 
 std::string embeddedResult(const std::string& typed) {

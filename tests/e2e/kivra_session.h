@@ -20,6 +20,10 @@ struct KivraSession {
   Typist typist{session};
 };
 
+/// Makes this the whole dictionary of replacements of a program that starts afterwards.
+void storeReplacement(XSession& session, const std::string& pattern,
+                      const std::string& replacement);
+
 /// What the embedded desktop makes of the keys that give this text in the English layout.
 std::string embeddedResult(const std::string& typed);
 

@@ -2,7 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <csignal>
+#include <functional>
 #include <iostream>
 #include <thread>
 
@@ -95,8 +98,7 @@ TEST_P(StoppedGuard, GoesOnWithWhatWasTypedMeanwhile) {
   EXPECT_TRUE(corrects(desktop));
 }
 
-TEST(Survival, KilledGuardIsReplaced) {
-  KivraSession desktop;
+void replaceGuard(KivraSession& desktop) {
   const auto guard = desktop.session.guardPid();
   ASSERT_GT(guard, 0);
   ::kill(guard, SIGKILL);
@@ -104,7 +106,36 @@ TEST(Survival, KilledGuardIsReplaced) {
     const auto next = desktop.session.guardPid();
     return next != 0 && next != guard && desktop.session.isKeyboardHeld();
   }));
+}
+
+TEST(Survival, KilledGuardIsReplaced) {
+  KivraSession desktop;
+  replaceGuard(desktop);
   EXPECT_TRUE(corrects(desktop));
+}
+
+void expectHeldKeysToComeUp(KivraSession& desktop, const std::function<void()>& meanwhile) {
+  desktop.typist.press(keys::shift);
+  desktop.typist.press(keys::a);
+  meanwhile();
+  desktop.typist.release(keys::a);
+  desktop.typist.release(keys::shift);
+  ASSERT_TRUE(waitFor([&] { return !desktop.typist.isAnyKeyDown(); }, 1s));
+  desktop.window.textWhenQuiet(100ms);
+  desktop.window.clear();
+  desktop.typist.type("abc");
+  EXPECT_EQ(desktop.window.textAfter("abc"), "abc");
+}
+
+TEST(Survival, KeysHeldWhileTheGuardIsReplacedComeUp) {
+  KivraSession desktop;
+  expectHeldKeysToComeUp(desktop, [&] { replaceGuard(desktop); });
+}
+
+TEST(Survival, KeysHeldWhileTheGuardStartsComeUp) {
+  KivraSession desktop;
+  desktop.session.stopKivra();
+  expectHeldKeysToComeUp(desktop, [&] { desktop.session.startKivra(); });
 }
 
 TEST(Survival, KeyPressedRightBehindAnUndoComesBehindIt) {
@@ -118,11 +149,14 @@ TEST(Survival, KeyPressedRightBehindAnUndoComesBehindIt) {
   EXPECT_EQ(desktop.window.textAfter("ghbdtn  "), "ghbdtn  ");
 }
 
-TEST(Survival, LostServerEndsTheProgramWithAMessage) {
+TEST(Survival, LostServerEndsAllWithAMessage) {
   XSession session;
   auto& kivra = session.startKivra();
+  const std::array helpers = {session.watcherPid(), session.guardPid()};
   session.killServer();
-  EXPECT_EQ(kivra.wait(5s), 1);
+  const auto isGone = [](pid_t process) { return ::kill(process, 0) != 0; };
+  EXPECT_TRUE(waitFor([&] { return std::ranges::all_of(helpers, isGone); }, 1s));
+  EXPECT_EQ(kivra.wait(1s), 1);
   EXPECT_NE(session.kivraLog().find("связь с X-сервером потеряна"), std::string::npos);
 }
 

@@ -106,9 +106,14 @@ void Typist::type(std::string_view text) {
   const auto start = std::chrono::steady_clock::now() + pace_.key / 4;
   for (const auto& event : eventsOf(text)) {
     if (pace_.key > 0us) std::this_thread::sleep_until(start + event.time);
-    keyboard_->key(event.code, event.isDown);
+    key(event.code, event.isDown);
   }
   if (pace_.key > 0us) std::this_thread::sleep_for(std::max(0us, pace_.key - pace_.hold));
+}
+
+void Typist::key(std::uint8_t code, bool isDown) {
+  if (watcher_) watcher_(code, isDown);
+  keyboard_->key(code, isDown);
 }
 
 void Typist::tap(std::uint8_t code) {

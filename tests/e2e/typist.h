@@ -4,9 +4,11 @@
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "keyboard.h"
@@ -60,8 +62,13 @@ class Typist {
 
   void type(std::string_view text);
   void tap(std::uint8_t code);
-  void press(std::uint8_t code) { keyboard_->key(code, true); }
-  void release(std::uint8_t code) { keyboard_->key(code, false); }
+  void press(std::uint8_t code) { key(code, true); }
+  void release(std::uint8_t code) { key(code, false); }
+
+  /// Called before each press and release from now on, in the thread that types.
+  void watch(std::function<void(std::uint8_t code, bool isDown)> watcher) {
+    watcher_ = std::move(watcher);
+  }
 
   /// The keys held while the last is tapped.
   void chord(const std::vector<std::uint8_t>& codes);
@@ -100,6 +107,7 @@ class Typist {
     bool isDown = true;
   };
 
+  void key(std::uint8_t code, bool isDown);
   std::vector<Event> eventsOf(std::string_view text);
   std::chrono::microseconds nextHold();
 
@@ -107,6 +115,7 @@ class Typist {
   Keyboard* keyboard_;
   Display* display_;
   std::map<char, Key> keys_;
+  std::function<void(std::uint8_t code, bool isDown)> watcher_;
   Pace pace_;
   unsigned int random_ = 1;
 };

@@ -115,6 +115,7 @@ ChildProcess& XSession::startKivra(const std::vector<std::string>& command) {
 }
 
 bool XSession::isKeyboardHeld() const {
+  constexpr int coreKeyboard = 3;  // on every server
   auto* const connection = XOpenDisplay(display().c_str());
   if (connection == nullptr) return false;
   int major = 2;
@@ -127,7 +128,7 @@ bool XSession::isKeyboardHeld() const {
   for (const auto& device : std::span(devices, static_cast<std::size_t>(count))) {
     const auto isXtest = std::string_view(device.name).find("XTEST") != std::string_view::npos;
     if (device.enabled == 0 || isXtest) continue;
-    if (device.use == XISlaveKeyboard) ++free;
+    if (device.use == XISlaveKeyboard && device.attachment == coreKeyboard) ++free;
     if (device.use == XIFloatingSlave) ++held;
   }
   XIFreeDeviceInfo(devices);

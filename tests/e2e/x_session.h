@@ -52,7 +52,7 @@ class XSession {
   ChildProcess& kivra() { return *kivra_; }
   void stopKivra() { kivra_.reset(); }
 
-  /// Whether some program holds every keyboard that is not XTEST's.
+  /// Whether some program holds every keyboard of the session but XTEST's.
   bool isKeyboardHeld() const;
 
   /// The process numbers of Kivra's keyboard guard and of the one that watches over it, 0 while
