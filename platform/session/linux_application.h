@@ -20,13 +20,16 @@ class LinuxApplication : public Application {
   /// session's instance unless another is.
   std::vector<std::int32_t> runningApplications(std::string_view bundleIdentifier) override;
   void activateIgnoringOtherApps() override {}
-  void terminate() override { quit_(); }
+
+  /// Has the instance that was there before come forward first.
+  void terminate() override;
 
  private:
   static constexpr const char* identifier = "app.kivra.Kivra";
 
   InstanceClaim claim_{identifier};
   std::function<void()> quit_;
+  bool isSecond_ = false;
 };
 
 }  // namespace kivra
