@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/defaults/sqlite_defaults_database.h"
+#include "program_options.h"
 #include "value_text.h"
 
 namespace kivra {
@@ -49,7 +50,7 @@ struct Failure {
 };
 
 [[noreturn]] void wrongUsage(const std::string& message) {
-  throw Failure{2, message + "\nTry 'kivra-defaults --help'."};
+  throw Failure{wrongUsageStatus, message};
 }
 
 SqliteDefaultsDatabase openDatabase() {
@@ -141,16 +142,15 @@ void run(const Arguments& arguments) {
   if (arguments.empty()) wrongUsage("a command is missing");
   const auto& command = arguments[0];
   const Arguments rest(arguments.begin() + 1, arguments.end());
-  if (command == "--help" || command == "-h") {
-    std::cout << usage;
-  } else if (command == "read") {
+  if (command == "read") {
     read(rest);
   } else if (command == "write") {
     write(rest);
   } else if (command == "delete") {
     remove(rest);
   } else {
-    wrongUsage("unknown command " + command);
+    wrongUsage("unknown " + std::string(command.starts_with('-') ? "option " : "command ") +
+               command);
   }
 }
 
@@ -159,10 +159,16 @@ void run(const Arguments& arguments) {
 }  // namespace kivra
 
 int main(int argc, char** argv) {
+  constexpr auto program = "kivra-defaults";
+  const kivra::Arguments words(argv + 1, argv + argc);
+  if (const auto status = kivra::answerCommonOption(words, program, kivra::usage)) return *status;
   try {
-    kivra::run({argv + 1, argv + argc});
+    kivra::run(words);
     return std::cout.flush() ? 0 : 1;
   } catch (const kivra::Failure& failure) {
+    if (failure.status == kivra::wrongUsageStatus) {
+      return kivra::complainOfUsage(program, failure.message);
+    }
     std::cerr << "kivra-defaults: " << failure.message << '\n';
     return failure.status;
   }
