@@ -10,6 +10,7 @@
 
 #include "platform/defaults/sqlite_defaults_database.h"
 #include "program_options.h"
+#include "settings/settings_store.h"
 #include "value_text.h"
 
 namespace kivra {
@@ -38,7 +39,8 @@ KEY = VALUE for every stored value:
   ( "one", "two" )            an array, each string on a line of its own
   <68656c6c6f>                bytes
 
-Settings that were never changed are not stored. The file is kivra/defaults.sqlite in
+Settings that were never changed are not stored. The excluded applications, kivra.skipBundleIDs, are
+read and added to as they are in force all the same. The file is kivra/defaults.sqlite in
 $XDG_CONFIG_HOME or in ~/.config.
 
 Exit status: 0 done, 1 no such key, bad value or the settings cannot be saved, 2 wrong usage.
@@ -59,10 +61,15 @@ SqliteDefaultsDatabase openDatabase() {
   return {userDefaultsPath(), warn, DefaultsWaits{seconds(5), seconds(5), seconds(0)}};
 }
 
-DefaultsValue storedValue(DefaultsDatabase& database, const std::string& key) {
+[[noreturn]] void throwNoValue(const std::string& key) {
+  throw Failure{1, "no value under " + quotedText(key)};
+}
+
+/// The value under the key or, where none is stored, the list that holds until one is.
+std::optional<DefaultsValue> valueInForce(DefaultsDatabase& database, const std::string& key) {
   auto value = database.objectForKey(key);
-  if (!value) throw Failure{1, "no value under " + quotedText(key)};
-  return std::move(*value);
+  if (!value && key == "kivra.skipBundleIDs") return defaultSkipBundleIDs();
+  return value;
 }
 
 void read(const Arguments& arguments) {
@@ -74,14 +81,15 @@ void read(const Arguments& arguments) {
     }
     return;
   }
-  const auto value = storedValue(database, arguments[0]);
-  const auto* string = std::get_if<std::string>(&value);
-  std::cout << (string != nullptr ? *string : valueText(value)) << '\n';
+  const auto value = valueInForce(database, arguments[0]);
+  if (!value) throwNoValue(arguments[0]);
+  const auto* string = std::get_if<std::string>(&*value);
+  std::cout << (string != nullptr ? *string : valueText(*value)) << '\n';
 }
 
 std::vector<std::string> extendedArray(DefaultsDatabase& database, const std::string& key,
                                        const Arguments& more) {
-  const auto stored = database.objectForKey(key).value_or(std::vector<std::string>());
+  const auto stored = valueInForce(database, key).value_or(std::vector<std::string>());
   const auto* array = std::get_if<std::vector<std::string>>(&stored);
   if (array == nullptr) throw Failure{1, "the value under " + quotedText(key) + " is not an array"};
   auto extended = *array;
@@ -133,7 +141,7 @@ void write(const Arguments& arguments) {
 void remove(const Arguments& arguments) {
   if (arguments.size() != 1) wrongUsage("delete takes one key");
   auto database = openDatabase();
-  storedValue(database, arguments[0]);
+  if (!database.objectForKey(arguments[0])) throwNoValue(arguments[0]);
   database.removeObject(arguments[0]);
   requireSaved(database);
 }

@@ -8,6 +8,7 @@
 
 #include "event_loop.h"
 #include "fake_package_kit.h"
+#include "platform/engines/missing_pair.h"
 #include "platform/language/cld2_language_recognizer.h"
 #include "platform/qt/main_thread.h"
 #include "platform/qt/qt_http_client.h"
@@ -115,6 +116,22 @@ TEST_F(OfflineTranslationTest, KnowsWhatItCannotDo) {
   EXPECT_EQ(status({std::nullopt, "es"}, "12345"), TranslationStatus::unsupported);
   EXPECT_TRUE(translate({"en", "zh-Hans"}, english).starts_with("failed: "));
   EXPECT_TRUE(prepare({"en", "zh-Hans"}, english).starts_with("failed: "));
+}
+
+TEST_F(OfflineTranslationTest, SaysWhatToInstallForAPairThatDebianLacks) {
+  standIn("eng-spa\n", "apertium-eng-spa");
+  std::vector<std::string> missing;
+  options_.pairIsMissing = [&](const TranslationLanguages& languages) {
+    const auto [summary, remedy] = missingPair(languages);
+    missing.push_back(summary);
+    EXPECT_NE(remedy.find("libretranslate --load-only en,ru\n"), std::string::npos) << remedy;
+  };
+  EXPECT_EQ(status({std::nullopt, "ru"}, english), TranslationStatus::unsupported);
+  EXPECT_EQ(missing, std::vector<std::string>{"Нет офлайн-перевода en → ru"});
+  status({"en", "es"}, "");
+  status({"en", "en-US"}, "");
+  status({std::nullopt, "es"}, "12345");
+  EXPECT_EQ(missing.size(), 1U) << "none is missing, and there is no pair";
 }
 
 TEST_F(OfflineTranslationTest, WithoutApertiumNothingIsSupported) {
