@@ -20,7 +20,8 @@ using namespace std::chrono_literals;
 class ControlledSession {
  public:
   ControlledSession() : kivra_(session.start({KIVRA_PROGRAM}, "kivra.log")) {
-    EXPECT_TRUE(waitFor([this] { return control("learned").second == 0; }, 30s));
+    // Nobody but a running program knows them.
+    EXPECT_TRUE(waitFor([this] { return control("layouts").second == 0; }, 30s));
   }
 
   /// What kivractl prints, errors as well, and its exit status.
