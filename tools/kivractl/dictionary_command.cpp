@@ -89,7 +89,8 @@ std::string notes(const std::string& file, const std::vector<LineNote>& lines,
                   const std::string& kind) {
   std::string text;
   for (const auto& [line, note] : lines) {
-    text += file + ':' + std::to_string(line) + ": " + kind + note + '\n';
+    text.append(file).append(":").append(std::to_string(line)).append(": ");
+    text.append(kind).append(note).append("\n");
   }
   return text;
 }

@@ -69,7 +69,7 @@ std::string explanationText(const std::vector<Explanation>& explanations) {
   std::string text;
   for (const auto& [layout, typed, asked, change, result] : explanations) {
     if (!text.empty()) text += '\n';
-    text += "Layout " + layout + ": the keys give " + typed + '\n';
+    text.append("Layout ").append(layout).append(": the keys give ").append(typed).append("\n");
     std::size_t width = 0;
     for (const auto& one : asked) width = std::max(width, text::characterCount(one.about));
     for (const auto& one : asked) text += line(one, width);

@@ -70,7 +70,7 @@ Reply runningOrLocal(const Request& request) {
 }
 
 LayoutNames enabledLayouts() {
-  const LayoutNames usual = {{"us", "en"}, {"ru", "ru"}};
+  LayoutNames usual = {{"us", "en"}, {"ru", "ru"}};
   try {
     const auto reply = session_client::run({"layouts"}, "");
     return reply ? parsedLayouts(reply->output).value_or(usual) : usual;
