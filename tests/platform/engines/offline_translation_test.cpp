@@ -120,18 +120,14 @@ TEST_F(OfflineTranslationTest, KnowsWhatItCannotDo) {
 
 TEST_F(OfflineTranslationTest, SaysWhatToInstallForAPairThatDebianLacks) {
   standIn("eng-spa\n", "apertium-eng-spa");
-  std::vector<std::string> missing;
-  options_.pairIsMissing = [&](const TranslationLanguages& languages) {
-    const auto [summary, remedy] = missingPair(languages);
-    missing.push_back(summary);
-    EXPECT_NE(remedy.find("libretranslate --load-only en,ru\n"), std::string::npos) << remedy;
-  };
-  EXPECT_EQ(status({std::nullopt, "ru"}, english), TranslationStatus::unsupported);
-  EXPECT_EQ(missing, std::vector<std::string>{"Нет офлайн-перевода en → ru"});
+  std::string told;
+  options_.pairIsMissing = [&](const auto& languages) { told += missingPair(languages).remedy; };
   status({"en", "es"}, "");
   status({"en", "en-US"}, "");
   status({std::nullopt, "es"}, "12345");
-  EXPECT_EQ(missing.size(), 1U) << "none is missing, and there is no pair";
+  EXPECT_EQ(told, "") << "none is missing, or there is no pair";
+  EXPECT_EQ(status({std::nullopt, "ru"}, english), TranslationStatus::unsupported);
+  EXPECT_NE(told.find("libretranslate --load-only en,ru\n"), std::string::npos) << told;
 }
 
 TEST_F(OfflineTranslationTest, WithoutApertiumNothingIsSupported) {
