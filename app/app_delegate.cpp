@@ -33,6 +33,7 @@ void AppDelegate::applicationDidFinishLaunching() {
     services_.platform.application.terminate();
     return;
   }
+  services_.pause().endLeftOver();
   createStatusItem();
   auto& permissions = services_.permissions();
   permissions.refresh();
@@ -43,6 +44,11 @@ void AppDelegate::applicationDidFinishLaunching() {
   showPermissionsWindow();
   permissions.startPolling(
       weakly(weak_from_this(), [](AppDelegate& self) { self.permissionsWereGranted(); }));
+}
+
+void AppDelegate::setEnabled(bool isEnabled) {
+  services_.settings().isEnabled.set(isEnabled);
+  if (statusItemController_) statusItemController_->refreshIcon();
 }
 
 bool AppDelegate::isAnotherInstanceRunning() {

@@ -16,13 +16,17 @@ class AppDelegate : public std::enable_shared_from_this<AppDelegate> {
 
   void applicationDidFinishLaunching();
 
+  /// Switches the program on or off, as the menu does.
+  void setEnabled(bool isEnabled);
+
+  void showSettingsWindow();
+
  private:
   bool isAnotherInstanceRunning();
   void createStatusItem();
   void permissionsWereGranted();
   void startCore();
   void showPermissionsWindow();
-  void showSettingsWindow();
   void show(HostingWindow& window);
 
   Services& services_;

@@ -10,6 +10,7 @@ Services::Services(const Platform& desktop)
     : platform(desktop),
       defaults_(desktop.defaults),
       settings([this] { return std::make_shared<SettingsStore>(defaults_); }),
+      pause([this] { return std::make_shared<Pause>(defaults_, settings(), platform.runLoop); }),
       permissions([this] {
         return std::make_shared<Permissions>(platform.privacy, platform.workspace,
                                              platform.runLoop);

@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include "app/pause.h"
 #include "app/text_services.h"
 #include "layout/exception_store.h"
 #include "layout/key_output.h"
@@ -40,6 +41,7 @@ class Services {
  public:
   UndoStack undoStack;
   Lazy<SettingsStore> settings;
+  Lazy<Pause> pause;
   Lazy<Permissions> permissions;
   Lazy<ExceptionStore> exceptions;
   Lazy<ReplacementStore> replacements;

@@ -43,8 +43,8 @@ LayoutSwitcher::LayoutSwitcher(const Environment& environment)
       output_(environment.output),
       workspace_(environment.workspace),
       changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack)),
-      replacementApplication_(replacements_, exceptions_, *changer_),
-      fixes_(settings_, validator_, exceptions_, *changer_) {}
+      replacementApplication_(replacements_, exceptions_, questions_, *changer_),
+      fixes_(settings_, validator_, exceptions_, questions_, *changer_) {}
 
 void LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
   if (keyCode == key_codes::deleteKey) {
@@ -91,7 +91,9 @@ bool LayoutSwitcher::processWord(const Word& word, std::uint16_t trigger) {
   const auto& to = isRussian ? *map_.english() : *map_.russian();
   const FinishedWord finished{word, trigger, from, to, KeycodeMap::text(word, from)};
   if (finished.typed.empty()) return false;
-  if (workspace_.isSecureEventInputEnabled() || WordValidator::looksLikeSecret(finished.typed)) {
+  if (workspace_.isSecureEventInputEnabled() ||
+      questions_.ask(Question::secret, WordValidator::looksLikeSecret(finished.typed),
+                     finished.typed)) {
     history_.clear();
     return false;
   }
@@ -112,24 +114,39 @@ void LayoutSwitcher::remember(const HistoryEntry& entry) {
 }
 
 bool LayoutSwitcher::decide(const FinishedWord& word) {
-  if (!settings_.autoSwitchEnabled()) return false;
-  if (exceptions_.contains(text::lowercased(word.typed))) return false;
+  if (!questions_.ask(Question::automatic, settings_.autoSwitchEnabled())) return false;
+  const auto token = text::lowercased(word.typed);
+  if (questions_.ask(Question::learned, exceptions_.contains(token), token)) return false;
   const auto converted = KeycodeMap::text(word.word, word.to);
   if (word.word.size() == 1) return switchShortWord(word, converted);
   return switchLongWord(word, converted) || fixes_.apply(word);
 }
 
 bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {
-  if (!isOneLetter(word.typed) || !isOneLetter(converted)) return false;
-  if (isSingleLetterWord(text::lowercased(word.typed), word.from.language())) return false;
-  if (!isSingleLetterWord(text::lowercased(converted), word.to.language())) return false;
+  if (!isOneLetter(word.typed) ||
+      !questions_.ask(Question::lettersThere, isOneLetter(converted), converted)) {
+    return false;
+  }
+  if (questions_.ask(Question::letterHere,
+                     isSingleLetterWord(text::lowercased(word.typed), word.from.language()),
+                     word.typed)) {
+    return false;
+  }
+  if (!questions_.ask(Question::letterThere,
+                      isSingleLetterWord(text::lowercased(converted), word.to.language()),
+                      converted)) {
+    return false;
+  }
   switchLayout(word);
   return true;
 }
 
 bool LayoutSwitcher::switchLongWord(const FinishedWord& word, const std::string& converted) {
-  if (!text::isAllLetters(converted) || validator_.isValid(word.typed, word.from.language()) ||
-      !validator_.isValid(converted, word.to.language())) {
+  const auto& [keys, trigger, from, to, typed] = word;
+  if (!questions_.ask(Question::lettersThere, text::isAllLetters(converted), converted) ||
+      questions_.ask(Question::wordHere, validator_.isValid(typed, from.language()), typed) ||
+      !questions_.ask(Question::wordThere, validator_.isValid(converted, to.language()),
+                      converted)) {
     return false;
   }
   switchLayout(word);

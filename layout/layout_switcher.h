@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "layout/exception_store.h"
@@ -10,6 +11,7 @@
 #include "layout/history_entry.h"
 #include "layout/key_output.h"
 #include "layout/keycode_map.h"
+#include "layout/questions.h"
 #include "layout/replacement_application.h"
 #include "layout/replacement_store.h"
 #include "layout/undo_stack.h"
@@ -52,6 +54,9 @@ class LayoutSwitcher {
   /// Whether the frontmost application is one in which nothing is corrected.
   bool isSkippedApp() const;
 
+  /// Has what each decision from now on asks told to the observer.
+  void setObserver(Questions::Observer observer) { questions_.setObserver(std::move(observer)); }
+
  private:
   bool processWord(const Word& word, std::uint16_t trigger);
   bool decide(const FinishedWord& word);
@@ -67,6 +72,7 @@ class LayoutSwitcher {
   const ExceptionStore& exceptions_;
   KeyOutput& output_;
   Workspace& workspace_;
+  Questions questions_;
   std::shared_ptr<WordChanger> changer_;  // recorded undos hold it weakly
   ReplacementApplication replacementApplication_;
   WordFixes fixes_;

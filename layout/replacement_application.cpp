@@ -24,7 +24,7 @@ std::string phraseOf(std::span<const HistoryEntry> run, const Layout& layout) {
 
 bool ReplacementApplication::apply(const FinishedWord& word,
                                    const std::vector<HistoryEntry>& history) {
-  if (store_.index().empty()) return false;
+  if (store_.index().empty()) return questions_.ask(Question::dictionary, false, word.typed);
   auto candidates = history;
   candidates.push_back({word.word, word.trigger});
   for (std::size_t start = 0; start < candidates.size(); ++start) {
@@ -40,10 +40,13 @@ bool ReplacementApplication::applyToRun(std::span<const HistoryEntry> run,
       [](const HistoryEntry& entry) { return entry.trigger == key_codes::space; });
   if (!joinedBySpaces) return false;
   const auto phrase = phraseOf(run, last.from);
-  if (exceptions_.contains(text::lowercased(phrase))) return false;
+  const auto token = text::lowercased(phrase);
+  if (questions_.ask(Question::learned, exceptions_.contains(token), token)) return false;
   for (const auto* layout : {&last.from, &last.to}) {
-    const auto replacement = store_.lookup(phraseOf(run, *layout));
-    if (!replacement || *replacement == phrase) continue;
+    const auto reading = phraseOf(run, *layout);
+    const auto replacement = store_.lookup(reading);
+    const auto isReplaced = replacement && *replacement != phrase;
+    if (!questions_.ask(Question::dictionary, isReplaced, reading)) continue;
     replace(run, phrase, *replacement);
     return true;
   }

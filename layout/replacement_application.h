@@ -6,6 +6,7 @@
 #include "layout/exception_store.h"
 #include "layout/finished_word.h"
 #include "layout/history_entry.h"
+#include "layout/questions.h"
 #include "layout/replacement_store.h"
 #include "layout/word_changer.h"
 
@@ -16,8 +17,8 @@ namespace kivra {
 class ReplacementApplication {
  public:
   ReplacementApplication(const ReplacementStore& store, const ExceptionStore& exceptions,
-                         WordChanger& changer)
-      : store_(store), exceptions_(exceptions), changer_(changer) {}
+                         const Questions& questions, WordChanger& changer)
+      : store_(store), exceptions_(exceptions), questions_(questions), changer_(changer) {}
 
   /// `history` holds the words finished before, oldest first. True when a replacement was typed.
   bool apply(const FinishedWord& word, const std::vector<HistoryEntry>& history);
@@ -29,6 +30,7 @@ class ReplacementApplication {
 
   const ReplacementStore& store_;
   const ExceptionStore& exceptions_;
+  const Questions& questions_;
   WordChanger& changer_;
 };
 

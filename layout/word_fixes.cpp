@@ -25,12 +25,15 @@ std::size_t largestAcceptedDistance(std::string_view typed) {
 }  // namespace
 
 bool WordFixes::apply(const FinishedWord& word) {
-  if (!text::isAllLetters(word.typed)) return false;
+  if (!questions_.ask(Question::letters, text::isAllLetters(word.typed), word.typed)) return false;
   return fixDoubleCapital(word) || correctTypo(word);
 }
 
 bool WordFixes::fixDoubleCapital(const FinishedWord& word) {
-  if (!settings_.autoFixDoubleCapitals() || !startsWithTwoCapitals(word.word)) return false;
+  if (!settings_.autoFixDoubleCapitals() ||
+      !questions_.ask(Question::twoCapitals, startsWithTwoCapitals(word.word), word.typed)) {
+    return false;
+  }
   auto fixed = word.word;
   fixed[1].shift = false;
   changer_.change(UndoStack::ActionKind::doubleCapital, word.typed,
@@ -41,17 +44,21 @@ bool WordFixes::fixDoubleCapital(const FinishedWord& word) {
 
 bool WordFixes::correctTypo(const FinishedWord& word) {
   const auto& [keys, trigger, from, to, typed] = word;
-  if (!settings_.autoCorrectTypos() || keys.size() < shortestCorrectedWord) return false;
-  if (validator_.isValid(typed, from.language())) return false;
-  const auto guess = validator_.correction(typed, from.language());
-  if (!guess) return false;
-  const auto fixed = matchCase(typed, *guess);
-  if (fixed == typed) return false;
-  const auto fixedLowered = text::lowercased(fixed);
-  if (editDistance(text::lowercased(typed), fixedLowered) > largestAcceptedDistance(typed)) {
+  if (!settings_.autoCorrectTypos() ||
+      !questions_.ask(Question::longEnough, keys.size() >= shortestCorrectedWord, typed) ||
+      questions_.ask(Question::wordHere, validator_.isValid(typed, from.language()), typed)) {
     return false;
   }
-  if (exceptions_.contains(fixedLowered)) return false;
+  const auto guess = validator_.correction(typed, from.language());
+  const auto fixed = matchCase(typed, guess.value_or(typed));
+  if (!questions_.ask(Question::guess, fixed != typed, fixed)) return false;
+  const auto fixedLowered = text::lowercased(fixed);
+  const auto distance = editDistance(text::lowercased(typed), fixedLowered);
+  if (!questions_.ask(Question::close, distance <= largestAcceptedDistance(typed), fixed,
+                      distance) ||
+      questions_.ask(Question::learned, exceptions_.contains(fixedLowered), fixedLowered)) {
+    return false;
+  }
   changer_.change(UndoStack::ActionKind::correct, typed,
                   {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
                   {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});

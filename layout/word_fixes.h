@@ -2,6 +2,7 @@
 
 #include "layout/exception_store.h"
 #include "layout/finished_word.h"
+#include "layout/questions.h"
 #include "layout/word_changer.h"
 #include "layout/word_validator.h"
 #include "settings/settings_store.h"
@@ -13,8 +14,12 @@ namespace kivra {
 class WordFixes {
  public:
   WordFixes(const SettingsStore& settings, WordValidator& validator,
-            const ExceptionStore& exceptions, WordChanger& changer)
-      : settings_(settings), validator_(validator), exceptions_(exceptions), changer_(changer) {}
+            const ExceptionStore& exceptions, const Questions& questions, WordChanger& changer)
+      : settings_(settings),
+        validator_(validator),
+        exceptions_(exceptions),
+        questions_(questions),
+        changer_(changer) {}
 
   /// True when a fix was typed. Words with anything but letters are left alone.
   bool apply(const FinishedWord& word);
@@ -26,6 +31,7 @@ class WordFixes {
   const SettingsStore& settings_;
   WordValidator& validator_;
   const ExceptionStore& exceptions_;
+  const Questions& questions_;
   WordChanger& changer_;
 };
 

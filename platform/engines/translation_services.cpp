@@ -22,6 +22,7 @@ std::string_view beginning(std::string_view text) {
 TranslationServices::TranslationServices(HttpClient& http, LanguageRecognizer& recognizer,
                                          CallOnMainThread callOnMainThread, const Options& options)
     : recognizer_(recognizer),
+      pairIsMissing_(options.pairIsMissing),
       apertium_(options.programs),
       libreTranslate_(http, options.libreTranslatePort),
       worker_(callOnMainThread),
@@ -33,15 +34,22 @@ void TranslationServices::findRoute(TranslationLanguages languages, const std::s
   const auto askApertium = [weak = weak_from_this(), languages, done] {
     const auto self = weak.lock();
     if (!self) return;
-    auto find = [apertium = self->apertium_,
-                 languages](const std::stop_token& stop) -> TranslationRoute {
+    const auto isPair =
+        languages.source && baseLanguage(*languages.source) != baseLanguage(languages.target);
+    auto find = [apertium = self->apertium_, languages,
+                 isPair](const std::stop_token& stop) -> TranslationRoute {
+      if (!isPair) return {};
       const auto& source = languages.source;
-      if (!source || baseLanguage(*source) == baseLanguage(languages.target)) return {};
       if (auto mode = apertium.mode(*source, languages.target, stop)) return ByApertium{*mode};
       const auto package = apertium.missingPackage(*source, languages.target, stop);
       return package ? TranslationRoute(ByMissingPackage{*package}) : TranslationRoute();
     };
-    self->worker_.run<TranslationRoute>(std::move(find), done);
+    auto tell = [missing = self->pairIsMissing_, done, languages,
+                 isPair](const TranslationRoute& route) {
+      if (isPair && std::holds_alternative<std::monostate>(route)) missing(languages);
+      done(route);
+    };
+    self->worker_.run<TranslationRoute>(std::move(find), std::move(tell));
   };
   libreTranslate_.pair(languages, [askApertium, done = std::move(done)](auto pair) {
     if (pair && pair->source != pair->target) {

@@ -21,6 +21,8 @@ class TranslationServices : public std::enable_shared_from_this<TranslationServi
   struct Options {
     Apertium::Programs programs{};
     std::uint16_t libreTranslatePort = 5000;
+    /// Called when nothing here translates between two languages and no package would.
+    std::function<void(const TranslationLanguages&)> pairIsMissing = [](const auto&) {};
   };
 
   TranslationServices(HttpClient& http, LanguageRecognizer& recognizer,
@@ -42,6 +44,7 @@ class TranslationServices : public std::enable_shared_from_this<TranslationServi
 
  private:
   LanguageRecognizer& recognizer_;
+  std::function<void(const TranslationLanguages&)> pairIsMissing_;
   Apertium apertium_;
   LibreTranslate libreTranslate_;
   BackgroundWorker worker_;

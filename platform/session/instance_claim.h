@@ -8,8 +8,8 @@
 
 namespace kivra {
 
-/// The right to be the only instance in the login session, held until the process ends: a name on
-/// the session bus or, where there is no bus, a lock on a file in the runtime directory. Of
+/// The right to be the only instance in the login session, held until the process ends: a lock on a
+/// file in the runtime directory and a name on the session bus, as far as there are such. Of
 /// instances that start at the same moment exactly one gets it.
 class InstanceClaim {
  public:
@@ -17,12 +17,18 @@ class InstanceClaim {
   explicit InstanceClaim(std::string name) : name_(std::move(name)) {}
 
   /// Takes the right unless it is held already. Answers the process that holds it: this one also
-  /// where there is neither a bus nor a runtime directory.
+  /// where there is neither a bus nor a runtime directory, 0 when the bus tells only that there is
+  /// one.
   pid_t holder();
 
+  /// The other process that holds the lock, without taking it; nothing when none is seen to.
+  std::optional<pid_t> lockHolder() const;
+
  private:
+  pid_t findHolder() const;
   std::optional<pid_t> holderOnBus() const;
-  std::optional<pid_t> holderOfLock();
+  std::optional<pid_t> holderOfLock() const;
+  std::string lockPath() const;
 
   std::string name_;
   std::optional<pid_t> holder_;

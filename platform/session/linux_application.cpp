@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include "platform/session/session_client.h"
+
 namespace kivra {
 
 std::int32_t LinuxApplication::processIdentifier() { return ::getpid(); }
@@ -10,8 +12,15 @@ std::vector<std::int32_t> LinuxApplication::runningApplications(std::string_view
   if (bundleIdentifier != identifier) return {};
   const auto self = processIdentifier();
   const auto holder = claim_.holder();
-  if (holder == self) return {self};
+  isSecond_ = holder != self;
+  if (!isSecond_) return {self};
   return {holder, self};
+}
+
+void LinuxApplication::terminate() {
+  // Whoever starts the program a second time wants to see it.
+  if (isSecond_) session_client::activate();
+  quit_();
 }
 
 }  // namespace kivra

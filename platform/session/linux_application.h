@@ -22,13 +22,16 @@ class LinuxApplication : public Application {
 
   /// Nothing to do: each window and alert comes to the front by itself when it is asked for.
   void activateIgnoringOtherApps() override {}
-  void terminate() override { quit_(); }
+
+  /// Has the instance that was there before come forward first.
+  void terminate() override;
 
  private:
   static constexpr const char* identifier = "app.kivra.Kivra";
 
   InstanceClaim claim_{identifier};
   std::function<void()> quit_;
+  bool isSecond_ = false;
 };
 
 }  // namespace kivra

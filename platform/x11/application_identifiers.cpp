@@ -98,4 +98,16 @@ std::string bundleIdentifier(std::string_view name) {
   return std::string(name);
 }
 
+std::vector<std::string> programNames(std::string_view entry) {
+  const auto wanted = lowered(entry);
+  std::vector<std::string> names;
+  for (const auto& row : rows) {
+    const auto identifier = lowered(row.identifier);
+    const auto isMeant =
+        wanted.ends_with('.') ? identifier.starts_with(wanted) : identifier == wanted;
+    if (isMeant) names.emplace_back(row.name);
+  }
+  return names;
+}
+
 }  // namespace kivra::x11

@@ -104,7 +104,7 @@ TEST(Keyboards, SwitchedOffAndOnTypesEachKeyOnce) {
 TEST(Keyboards, HeldByAnotherProgramIsTakenWhenItLetsGo) {
   KeyboardDesktop desktop;
   desktop.session.stopKivra();
-  ASSERT_TRUE(desktop.devices.grab(second));
+  ASSERT_TRUE(waitFor([&] { return desktop.devices.grab(second); }));
   desktop.startKivra();
   EXPECT_NE(desktop.session.kivraLog().find("клавиатуру удерживает другая программа"),
             std::string::npos);

@@ -21,6 +21,9 @@ class PrivateBus {
   const Environment& environment() const { return environment_; }
   const std::filesystem::path& home() const { return home_; }
 
+  /// Ends the bus; the home stays.
+  void kill() { daemon_.reset(); }
+
   /// Makes this process use the bus and the home as well.
   void enter() const;
 

@@ -33,12 +33,13 @@ Outcome run(const std::string& arguments) {
 
 constexpr auto errorsOnly = " </dev/null 2>&1 >/dev/null";
 
-TEST(KivraDesk, AnswersCallsThatItDoesNotKnowWithItsUsage) {
+TEST(KivraDesk, SaysWhatIsWrongWithCallsThatItDoesNotKnow) {
   for (const std::string arguments :
        {"--fly", "one two", "--source", "--plain --source fr", "--source ru", "--trace", "-x"}) {
     const auto [status, output] = run(arguments + errorsOnly);
     EXPECT_EQ(status, 2) << arguments;
-    EXPECT_TRUE(output.starts_with("usage: kivra-desk ")) << output;
+    EXPECT_TRUE(output.starts_with("kivra-desk: ")) << output;
+    EXPECT_TRUE(output.ends_with("Try 'kivra-desk --help'.\n")) << output;
   }
 }
 
@@ -46,8 +47,9 @@ TEST(KivraDesk, ShowsItsUsageWhenAskedFor) {
   for (const std::string argument : {"--help", "-h"}) {
     const auto [status, output] = run(argument + " </dev/null 2>/dev/null");
     EXPECT_EQ(status, 0);
-    EXPECT_TRUE(output.starts_with("usage: kivra-desk ")) << output;
+    EXPECT_TRUE(output.starts_with("Usage: kivra-desk ")) << output;
   }
+  EXPECT_EQ(run("--version 2>/dev/null").output, "kivra-desk " KIVRA_VERSION "\n");
 }
 
 TEST(KivraDesk, SaysWhichFileItCannotRead) {

@@ -1,11 +1,28 @@
+#include <cstdlib>
 #include <filesystem>
+#include <iostream>
 #include <string>
+#include <vector>
 
 #include "app/kivra_app.h"
 #include "linux_desktop.h"
 #include "platform/qt/qt_application.h"
+#include "platform/x11/display.h"
+#include "program_options.h"
+#include "session_control.h"
 
 namespace {
+
+constexpr const char* program = "kivra";
+
+constexpr const char* usage = R"(Usage: kivra
+
+Mends what is typed in the wrong keyboard layout, double capitals and misspellings, in the session
+in which it runs. A second start opens the settings of the first. kivractl switches it off and on
+and manages what it has learned; kivra-desk runs it without a display.
+
+Exit status: 0 it was ended, or runs already; 1 there is no display, or it was lost; 2 wrong usage.
+)";
 
 /// The guard lies beside the program, or where packages put programs that nobody calls by hand.
 std::string guardProgram() {
@@ -16,12 +33,43 @@ std::string guardProgram() {
   return std::filesystem::exists(beside) ? beside : installed;
 }
 
+bool isSet(const char* variable) {
+  const auto* const value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+/// Of any kind; which of them the program can work on it finds out itself.
+bool hasDisplay() {
+  return isSet("WAYLAND_DISPLAY") || (isSet("DISPLAY") && kivra::x11::isDisplayThere());
+}
+
+int complainOfDisplay() {
+  std::cerr << "Kivra: нет дисплея: "
+            << (isSet("DISPLAY")
+                    ? std::string("X-сервер ") + std::getenv("DISPLAY") + " не отвечает"
+                    : "ни DISPLAY, ни WAYLAND_DISPLAY не заданы")
+            << ". Запустите Kivra в графическом сеансе; без него есть kivra-desk.\n";
+  return EXIT_FAILURE;
+}
+
 }  // namespace
 
 int main(int count, char** values) {
+  if (const auto status = kivra::answerCommonOption({values + 1, values + count}, program, usage)) {
+    return *status;
+  }
+  if (!hasDisplay()) return complainOfDisplay();
   kivra::qt::QtApplication application(count, values);
+  // Qt has taken out what it knows, such as the number that a session manager gives.
+  if (count > 1) {
+    const std::string word = values[1];
+    return kivra::complainOfUsage(
+        program, (word.starts_with('-') ? "unknown option " : "not wanted: ") + word);
+  }
   kivra::LinuxDesktop desktop(guardProgram());
   kivra::KivraApp kivra(desktop.platform());
+  kivra::SessionControl control(kivra);
   kivra.delegate->applicationDidFinishLaunching();
+  control.noticeMissingTray();
   return application.run();
 }

@@ -9,6 +9,8 @@
 #include <vector>
 
 #include "platform/defaults/sqlite_defaults_database.h"
+#include "program_options.h"
+#include "settings/settings_store.h"
 #include "value_text.h"
 
 namespace kivra {
@@ -37,7 +39,8 @@ KEY = VALUE for every stored value:
   ( "one", "two" )            an array, each string on a line of its own
   <68656c6c6f>                bytes
 
-Settings that were never changed are not stored. The file is kivra/defaults.sqlite in
+Settings that were never changed are not stored. The excluded applications, kivra.skipBundleIDs, are
+read and added to as they are in force all the same. The file is kivra/defaults.sqlite in
 $XDG_CONFIG_HOME or in ~/.config.
 
 Exit status: 0 done, 1 no such key, bad value or the settings cannot be saved, 2 wrong usage.
@@ -49,7 +52,7 @@ struct Failure {
 };
 
 [[noreturn]] void wrongUsage(const std::string& message) {
-  throw Failure{2, message + "\nTry 'kivra-defaults --help'."};
+  throw Failure{wrongUsageStatus, message};
 }
 
 SqliteDefaultsDatabase openDatabase() {
@@ -58,10 +61,15 @@ SqliteDefaultsDatabase openDatabase() {
   return {userDefaultsPath(), warn, DefaultsWaits{seconds(5), seconds(5), seconds(0)}};
 }
 
-DefaultsValue storedValue(DefaultsDatabase& database, const std::string& key) {
+[[noreturn]] void throwNoValue(const std::string& key) {
+  throw Failure{1, "no value under " + quotedText(key)};
+}
+
+/// The value under the key or, where none is stored, the list that holds until one is.
+std::optional<DefaultsValue> valueInForce(DefaultsDatabase& database, const std::string& key) {
   auto value = database.objectForKey(key);
-  if (!value) throw Failure{1, "no value under " + quotedText(key)};
-  return std::move(*value);
+  if (!value && key == "kivra.skipBundleIDs") return defaultSkipBundleIDs();
+  return value;
 }
 
 void read(const Arguments& arguments) {
@@ -73,14 +81,15 @@ void read(const Arguments& arguments) {
     }
     return;
   }
-  const auto value = storedValue(database, arguments[0]);
-  const auto* string = std::get_if<std::string>(&value);
-  std::cout << (string != nullptr ? *string : valueText(value)) << '\n';
+  const auto value = valueInForce(database, arguments[0]);
+  if (!value) throwNoValue(arguments[0]);
+  const auto* string = std::get_if<std::string>(&*value);
+  std::cout << (string != nullptr ? *string : valueText(*value)) << '\n';
 }
 
 std::vector<std::string> extendedArray(DefaultsDatabase& database, const std::string& key,
                                        const Arguments& more) {
-  const auto stored = database.objectForKey(key).value_or(std::vector<std::string>());
+  const auto stored = valueInForce(database, key).value_or(std::vector<std::string>());
   const auto* array = std::get_if<std::vector<std::string>>(&stored);
   if (array == nullptr) throw Failure{1, "the value under " + quotedText(key) + " is not an array"};
   auto extended = *array;
@@ -132,7 +141,7 @@ void write(const Arguments& arguments) {
 void remove(const Arguments& arguments) {
   if (arguments.size() != 1) wrongUsage("delete takes one key");
   auto database = openDatabase();
-  storedValue(database, arguments[0]);
+  if (!database.objectForKey(arguments[0])) throwNoValue(arguments[0]);
   database.removeObject(arguments[0]);
   requireSaved(database);
 }
@@ -141,16 +150,15 @@ void run(const Arguments& arguments) {
   if (arguments.empty()) wrongUsage("a command is missing");
   const auto& command = arguments[0];
   const Arguments rest(arguments.begin() + 1, arguments.end());
-  if (command == "--help" || command == "-h") {
-    std::cout << usage;
-  } else if (command == "read") {
+  if (command == "read") {
     read(rest);
   } else if (command == "write") {
     write(rest);
   } else if (command == "delete") {
     remove(rest);
   } else {
-    wrongUsage("unknown command " + command);
+    wrongUsage("unknown " + std::string(command.starts_with('-') ? "option " : "command ") +
+               command);
   }
 }
 
@@ -159,10 +167,16 @@ void run(const Arguments& arguments) {
 }  // namespace kivra
 
 int main(int argc, char** argv) {
+  constexpr auto program = "kivra-defaults";
+  const kivra::Arguments words(argv + 1, argv + argc);
+  if (const auto status = kivra::answerCommonOption(words, program, kivra::usage)) return *status;
   try {
-    kivra::run({argv + 1, argv + argc});
+    kivra::run(words);
     return std::cout.flush() ? 0 : 1;
   } catch (const kivra::Failure& failure) {
+    if (failure.status == kivra::wrongUsageStatus) {
+      return kivra::complainOfUsage(program, failure.message);
+    }
     std::cerr << "kivra-defaults: " << failure.message << '\n';
     return failure.status;
   }

@@ -5,17 +5,19 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "plain.h"
+#include "program_options.h"
 #include "sample.h"
 #include "script.h"
 
 namespace {
 
-constexpr int usageError = 2;
+constexpr const char* program = "kivra-desk";
 
 constexpr const char* usage =
-    "usage: kivra-desk [FILE]                                     plays a script (JSON Lines)\n"
+    "Usage: kivra-desk [FILE]                                     plays a script (JSON Lines)\n"
     "       kivra-desk --plain [--source en|ru] [--trace] [FILE]  types a text\n"
     "       kivra-desk --sample                                   shows what Kivra does\n"
     "Without FILE, standard input is read.\n";
@@ -23,41 +25,42 @@ constexpr const char* usage =
 struct Arguments {
   bool plain = false;
   bool sample = false;
-  bool help = false;
   kivra::desk::PlainOptions options;
   std::optional<std::string> file;
 };
 
-bool readSource(std::string_view language, Arguments& arguments) {
-  if (language != "en" && language != "us" && language != "ru") return false;
-  arguments.options.source = language == "ru" ? "ru" : "us";
-  return true;
-}
+bool isLanguage(std::string_view text) { return text == "en" || text == "us" || text == "ru"; }
 
-std::optional<Arguments> parse(int count, char** values) {
+/// Nothing after it has said what is wrong.
+std::optional<Arguments> parse(const std::vector<std::string>& words) {
   Arguments arguments;
+  std::string wrong;
   bool needsPlain = false;
-  for (int i = 1; i < count; ++i) {
-    const std::string_view value = values[i];
-    if (value == "--plain") {
+  for (std::size_t i = 0; i < words.size() && wrong.empty(); ++i) {
+    const auto& word = words[i];
+    if (word == "--plain") {
       arguments.plain = true;
-    } else if (value == "--help" || value == "-h") {
-      arguments.help = true;
-    } else if (value == "--sample") {
+    } else if (word == "--sample") {
       arguments.sample = true;
-    } else if (value == "--trace") {
+    } else if (word == "--trace") {
       arguments.options.trace = needsPlain = true;
-    } else if (value == "--source" && i + 1 < count) {
-      if (!readSource(values[++i], arguments)) return std::nullopt;
+    } else if (word == "--source") {
+      const auto language = ++i < words.size() ? words[i] : "";
+      if (!isLanguage(language)) wrong = "--source takes en or ru";
+      arguments.options.source = language == "ru" ? "ru" : "us";
       needsPlain = true;
-    } else if (!arguments.file && (value == "-" || !value.starts_with('-'))) {
-      arguments.file = value;
+    } else if (word != "-" && word.starts_with('-')) {
+      wrong = "unknown option " + word;
+    } else if (arguments.file) {
+      wrong = "more than one file";
     } else {
-      return std::nullopt;
+      arguments.file = word;
     }
   }
-  if (needsPlain && !arguments.plain) return std::nullopt;
-  return arguments;
+  if (wrong.empty() && needsPlain && !arguments.plain) wrong = "--source and --trace need --plain";
+  if (wrong.empty()) return arguments;
+  kivra::complainOfUsage(program, wrong);
+  return std::nullopt;
 }
 
 int run(const Arguments& arguments, std::istream& input) {
@@ -70,15 +73,10 @@ int run(const Arguments& arguments, std::istream& input) {
 
 int main(int count, char** values) {
   std::ios::sync_with_stdio(false);
-  const auto arguments = parse(count, values);
-  if (!arguments) {
-    std::cerr << usage;
-    return usageError;
-  }
-  if (arguments->help) {
-    std::cout << usage;
-    return 0;
-  }
+  const std::vector<std::string> words(values + 1, values + count);
+  if (const auto status = kivra::answerCommonOption(words, program, usage)) return *status;
+  const auto arguments = parse(words);
+  if (!arguments) return kivra::wrongUsageStatus;
   if (arguments->sample) {
     kivra::desk::playSample(std::cout);
     return 0;

@@ -22,11 +22,12 @@
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/symbol.h"
 #include "platform/x11/system_tray.h"
+#include "program_options.h"
 
 namespace {
 
 constexpr const char* usage =
-    "usage: kivra-windows [--dark] [FOLDER]   shows the windows; with FOLDER saves pictures of "
+    "Usage: kivra-windows [--dark] [FOLDER]   shows the windows; with FOLDER saves pictures of "
     "them\n";
 
 QPalette darkPalette() {
@@ -129,6 +130,10 @@ class Gallery {
 }  // namespace
 
 int main(int count, char** values) {
+  constexpr auto program = "kivra-windows";
+  if (const auto status = kivra::answerCommonOption({values + 1, values + count}, program, usage)) {
+    return *status;
+  }
   QApplication application(count, values);
   QApplication::setQuitOnLastWindowClosed(true);
   QApplication::setWindowIcon(kivra::qt::applicationIcon());
@@ -140,8 +145,7 @@ int main(int count, char** values) {
     } else if (values[i][0] != '-' && folder.isEmpty()) {
       folder = values[i];
     } else {
-      std::cerr << usage;
-      return 2;
+      return kivra::complainOfUsage(program, std::string("unknown option or file ") + values[i]);
     }
   }
   Gallery gallery;

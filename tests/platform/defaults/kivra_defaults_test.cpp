@@ -89,11 +89,22 @@ TEST_F(KivraDefaults, RefusesBadValuesAndKeepsTheOldOnes) {
   EXPECT_EQ(run("read"), (Outcome{0, "key = 1\n"}));
 }
 
+TEST_F(KivraDefaults, ReadsAndExtendsTheExcludedApplicationsInForce) {
+  const auto inForce = run("read kivra.skipBundleIDs");
+  EXPECT_NE(inForce.output.find("    \"com.apple.Terminal\",\n"), std::string::npos);
+  expectStatus(0, "write kivra.skipBundleIDs -array-add org.gnome.gedit");
+  auto extended = inForce.output;
+  extended.replace(extended.rfind("\n)"), 2, ",\n    \"org.gnome.gedit\"\n)");
+  EXPECT_EQ(run("read kivra.skipBundleIDs"), (Outcome{0, extended}));
+}
+
 TEST_F(KivraDefaults, ExplainsItself) {
-  for (const auto* wrong : {"", "list", "read a b", "write", "write key", "write key a b", "delete",
-                            "write key -bool", "write key -date x", "write key -string a b"}) {
+  for (const auto* wrong :
+       {"", "list", "read a b", "write", "write key", "write key a b", "delete", "write key -bool",
+        "write key -date x", "write key -string a b", "--fly"}) {
     expectStatus(2, wrong);
   }
+  EXPECT_EQ(run("--version"), (Outcome{0, "kivra-defaults " KIVRA_VERSION "\n"}));
   EXPECT_NE(run("--help").output.find("kivra-defaults write KEY VALUE"), std::string::npos);
 }
 

@@ -8,6 +8,7 @@
 
 #include "event_loop.h"
 #include "fake_package_kit.h"
+#include "platform/engines/missing_pair.h"
 #include "platform/language/cld2_language_recognizer.h"
 #include "platform/qt/main_thread.h"
 #include "platform/qt/qt_http_client.h"
@@ -115,6 +116,17 @@ TEST_F(OfflineTranslationTest, KnowsWhatItCannotDo) {
   EXPECT_EQ(status({std::nullopt, "es"}, "12345"), TranslationStatus::unsupported);
   EXPECT_TRUE(translate({"en", "zh-Hans"}, english).starts_with("failed: "));
   EXPECT_TRUE(prepare({"en", "zh-Hans"}, english).starts_with("failed: "));
+}
+
+TEST_F(OfflineTranslationTest, SaysWhatToInstallForAPairThatDebianLacks) {
+  standIn("eng-spa\n", "apertium-eng-spa");
+  std::string told;
+  options_.pairIsMissing = [&](const auto& languages) { told += missingPair(languages).remedy; };
+  status({"en", "es"}, "");
+  status({std::nullopt, "es"}, "12345");
+  EXPECT_EQ(told, "") << "none is missing, or there is no pair";
+  EXPECT_EQ(status({std::nullopt, "ru"}, english), TranslationStatus::unsupported);
+  EXPECT_NE(told.find("libretranslate --load-only en,ru\n"), std::string::npos) << told;
 }
 
 TEST_F(OfflineTranslationTest, WithoutApertiumNothingIsSupported) {

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace kivra::x11 {
+
+/// Whether the X server of $DISPLAY answers.
+bool isDisplayThere();
+
+}  // namespace kivra::x11

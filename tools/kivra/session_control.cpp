@@ -1,0 +1,88 @@
+#include "session_control.h"
+
+#include <chrono>
+#include <utility>
+
+#include "control.h"
+#include "platform/application.h"
+#include "platform/defaults/sqlite_defaults_database.h"
+#include "platform/input_sources.h"
+#include "platform/qt/main_thread.h"
+#include "platform/run_loop.h"
+#include "platform/session/desktop_notice.h"
+#include "platform/session/notifier_host.h"
+#include "platform/workspace.h"
+#include "platform/x11/application_identifiers.h"
+#include "platform/x11/system_tray.h"
+
+namespace kivra {
+
+namespace {
+
+constexpr std::chrono::seconds trayPatience(5);
+
+std::vector<std::pair<std::string, std::string>> enabledLayouts(InputSources& inputSources) {
+  std::vector<std::pair<std::string, std::string>> layouts;
+  const auto sources = inputSources.createInputSourceList();
+  if (!sources) return layouts;
+  for (const auto& source : *sources) {
+    const auto isKnown = source->languages && !source->languages->empty();
+    layouts.emplace_back(source->id, isKnown ? source->languages->front() : "");
+  }
+  return layouts;
+}
+
+control::RunningProgram runningProgram(KivraApp& app) {
+  auto& delegate = *app.delegate;
+  auto& services = app.services;
+  return {.showSettings = [&delegate] { delegate.showSettingsWindow(); },
+          .quit = [&services] { services.platform.application.terminate(); },
+          .setEnabled = [&delegate](bool isEnabled) { delegate.setEnabled(isEnabled); },
+          .pause =
+              [&](std::chrono::seconds duration) {
+                services.pause().begin(
+                    duration, [&delegate](bool isEnabled) { delegate.setEnabled(isEnabled); });
+              },
+          .layouts = [&services] { return enabledLayouts(services.platform.inputSources); }};
+}
+
+}  // namespace
+
+SessionControl::SessionControl(KivraApp& app)
+    : app_(app),
+      service_(
+          qt::callOnMainThread,
+          {.activate = [this] { app_.delegate->showSettingsWindow(); },
+           .run = [this](const auto& words, const auto& input) { return run(words, input); }}) {}
+
+CommandReply SessionControl::run(const std::vector<std::string>& words, const std::string& input) {
+  auto& services = app_.services;
+  auto& defaults = services.platform.defaults;
+  const auto running = runningProgram(app_);
+  const auto reply = control::carryOut(
+      {.settings = services.settings(),
+       .exceptions = services.exceptions(),
+       .replacements = [&services]() -> auto& { return services.replacements();
+}
+,
+    .frontmostIdentifier =
+        [&services] { return services.platform.workspace.frontmostBundleIdentifier(); },
+    .identifierOf = x11::bundleIdentifier, .namesOf = x11::programNames,
+    .isSaved = [&defaults] { return dynamic_cast<SqliteDefaultsDatabase&>(defaults).isSaved(); },
+    .running = &running
+}  // namespace kivra
+,
+      {words, input});
+return {reply.status, reply.output, reply.message};
+}
+
+void SessionControl::noticeMissingTray() {
+  app_.services.platform.runLoop.asyncAfter(trayPatience, [] {
+    if (x11::hasSystemTray() || hasNotifierHost()) return;
+    showDesktopNotice("Kivra работает",
+                      "Области уведомлений нет, значка не видно. Настройки: запустите Kivra ещё "
+                      "раз, или в терминале: kivractl settings");
+  });
+}
+
+}  // namespace kivra
