@@ -3,7 +3,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
+#include <vector>
+
+#include "platform/spelling/sound_rewrites.h"
 
 namespace kivra {
 
@@ -27,12 +31,24 @@ class SlipModel {
   static constexpr std::size_t classes = 64;
   using Table = std::array<std::array<std::uint8_t, classes>, classes>;
 
+  // A sound rewrite, encoded.
+  struct Rewrite {
+    std::string typed;
+    std::string meant;
+    int cost = 0;
+    SoundRewrite::Place place = SoundRewrite::Place::anywhere;
+
+    [[nodiscard]] bool endsAt(std::string_view typedSoFar, std::string_view meantSoFar,
+                              bool complete) const;
+  };
+
   [[nodiscard]] int substitution(char typed, char meant) const;
   [[nodiscard]] static int dropped(std::string_view meant, std::size_t at);
   [[nodiscard]] int added(std::string_view typed, std::size_t at) const;
 
   Table substitution_{};
   Table neighbours_{};
+  std::array<std::vector<Rewrite>, classes> rewrites_;  // by the class of the last letter typed
 };
 
 }  // namespace kivra
