@@ -13,6 +13,8 @@ struct Weights {
   double nearLead;     ///< the same, up to mostNearLead, where it counts most
   double commonness;   ///< of the candidate
   double cost;         ///< of the slip
+  double costShare;    ///< of the slip, for each letter of the word
+  double sameEnd;      ///< both words end with the same letter
   double letter;       ///< up to mostLetters: a long word has few words near it by chance
   double strangeness;  ///< of a letter behind the two before it, on the average
   double listed;       ///< a point of frequency of the typed string itself
@@ -24,10 +26,10 @@ struct Weights {
   double compound;     ///< two dictionary words
 };
 
-constexpr Weights russian = {-5.061, 0.024,  0.350,  0.057,  -0.129, 0.694,  0.097,
-                             -0.068, -4.515, -3.841, -2.750, -0.635, -0.965, 0};
-constexpr Weights english = {-7.107, 0.042,  0.319,  0.134,  -0.112, 0.881,  0.022,
-                             -0.059, -2.617, -1.494, -0.756, -1.361, -0.744, -0.739};
+constexpr Weights russian = {-4.283, 0.022,  0.343,  0.064,  -0.098, -0.247, 0.475,  0.565,
+                             0.104,  -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0};
+constexpr Weights english = {-6.007, 0.035,  0.311,  0.147,  -0.040, -0.676, 0.836,  0.545,
+                             0.086,  -0.054, -2.515, -1.487, -0.531, -0.887, -0.672, -0.678};
 
 constexpr int mostLead = 40;
 constexpr int mostNearLead = 8;
@@ -54,6 +56,8 @@ double CorrectionOdds::of(const CorrectionEvidence& evidence) const {
   odds += weights.lead * std::min(evidence.lead, mostLead);
   odds += weights.nearLead * std::min(evidence.lead, mostNearLead);
   odds += weights.commonness * evidence.commonness + weights.cost * evidence.cost;
+  odds += weights.costShare * evidence.cost / letters;
+  if (typed.back() == evidence.meant.back()) odds += weights.sameEnd;
   odds += weights.letter * static_cast<double>(std::min(typed.size(), mostLetters));
   odds += weights.strangeness * index_.habits().cost(typed) / letters;
   if (known) odds += weights.listed * known->frequency.level;

@@ -94,9 +94,8 @@ void dropTwins(std::vector<CorrectionCandidate>& sorted) {
   std::vector<CorrectionCandidate> kept;
   for (CorrectionCandidate& candidate : sorted) {
     const std::string folded = foldYo(candidate.word);
-    const bool isTwin = std::any_of(kept.begin(), kept.end(), [&](const auto& other) {
-      return foldYo(other.word) == folded;
-    });
+    const bool isTwin = std::any_of(
+        kept.begin(), kept.end(), [&](const auto& other) { return foldYo(other.word) == folded; });
     if (!isTwin) kept.push_back(std::move(candidate));
   }
   sorted = std::move(kept);

@@ -72,8 +72,8 @@ std::string LetterHabitsBuilder::finish() const {
       }
       for (std::size_t third = 0; third < n; ++third) {
         const double one = (singles[third] + 1) / (all + n);
-        const double two = (pairs[second * n + third] + trustInGuess * one) /
-                           (behindOne[second] + trustInGuess);
+        const double two =
+            (pairs[second * n + third] + trustInGuess * one) / (behindOne[second] + trustInGuess);
         const double three = (triples_[placeOf(first, second, third)] + trustInGuess * two) /
                              (behindTwo + trustInGuess);
         const long cost = std::lround(-4 * std::log(three));

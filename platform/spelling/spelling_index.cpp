@@ -200,7 +200,8 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   }
   const std::size_t edgeBytes = std::size_t{header.edgeCount} * sizeof(AutomatonEdge);
   const std::size_t wordBytes = std::size_t{header.wordCount} * 2;
-  if (block.size() != sizeof(Header) + edgeBytes + wordBytes + LetterHabits::tableSize) return false;
+  if (block.size() != sizeof(Header) + edgeBytes + wordBytes + LetterHabits::tableSize)
+    return false;
   const std::span<const char> body = block.subspan(sizeof(Header));
   if (checksumOf(body) != header.checksum || header.edgeCount == 0) return false;
   const std::span edges(reinterpret_cast<const AutomatonEdge*>(body.data()), header.edgeCount);

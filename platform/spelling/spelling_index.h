@@ -28,7 +28,8 @@ struct IndexedWord {
 };
 
 /// All forms of one dictionary and all words of its frequency list, in one file-like block of
-/// memory that is read in place: an automaton, two bytes a word, and the letter habits of the forms.
+/// memory that is read in place: an automaton, two bytes a word, and the letter habits of the
+/// forms.
 class SpellingIndex {
  public:
   /// Calls its argument with every dictionary form in turn, and whether the form is allowed.

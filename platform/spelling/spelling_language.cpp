@@ -19,7 +19,8 @@ constexpr std::u32string_view oneLetterWords = U"aiавикосуя";
 // The English words of two letters; the other forms of two letters in the dictionary are
 // abbreviations, whose keys give pieces of Russian words.
 constexpr std::u32string_view twoLetterWords =
-    U" ad ah am an as at aw ax be by do ed eh em er ex go ha he hi hm ho id if in is it la lo ma me "
+    U" ad ah am an as at aw ax be by do ed eh em er ex go ha he hi hm ho id if in is it la lo ma "
+    U"me "
     U"mr ms my no of oh ok on or ow ox oz pa pc re sh so ta to tv uh um up us we ye yo ";
 
 // The least level of a dictionary form of three letters: "inf" has the keys of "шта".

@@ -28,14 +28,17 @@ Pieces encoded(std::u32string_view list) {
 const Pieces& prefixes() {
   static const Pieces pieces = encoded(
       U"не недо по пере под пред про раз рас за на над от при до без бес анти супер мульти микро "
-      U"мини макси псевдо само сверх полу много одно двух трех меж авто видео аудио веб гипер ультра "
+      U"мини макси псевдо само сверх полу много одно двух трех меж авто видео аудио веб гипер "
+      U"ультра "
       U"интер нано био гео теле фото электро контр экс вице лже пост суб транс "
-      U"un re non mis pre over under out sub super inter multi anti counter auto co micro mega semi "
+      U"un re non mis pre over under out sub super inter multi anti counter auto co micro mega "
+      U"semi "
       U"self cyber hyper bio");
   return pieces;
 }
 
-// A suffix is told from a slip ("trys", "makeing", "basicly") by the letters that it may not follow.
+// A suffix is told from a slip ("trys", "makeing", "basicly") by the letters that it may not
+// follow.
 struct Suffix {
   std::string letters;
   std::string notBehind;
@@ -43,21 +46,45 @@ struct Suffix {
 
 const std::vector<Suffix>& suffixes() {
   static const std::vector<Suffix> list = {
-      {"s", "sxzyh"},  {"ness", "y"},   {"less", "y"},   {"like", ""},    {"ish", "ey"},
-      {"ism", "ey"},   {"ist", "ey"},   {"ists", "ey"},  {"ly", "celuy"}, {"eth", "ey"},
-      {"est", "ey"},   {"th", ""},      {"er", "ey"},    {"ers", "ey"},   {"ing", "e"},
-      {"ings", "e"},   {"able", "ecy"}, {"ship", ""},    {"wise", ""},    {"ed", "ey"},
-      {"eable", ""},   {"'s", ""},      {"ization", ""}, {"ize", "e"},    {"ful", "y"},
-      {*encodeWord(U"ся"), ""}, {*encodeWord(U"сь"), ""},
+      {"s", "sxzyh"},
+      {"ness", "y"},
+      {"less", "y"},
+      {"like", ""},
+      {"ish", "ey"},
+      {"ism", "ey"},
+      {"ist", "ey"},
+      {"ists", "ey"},
+      {"ly", "celuy"},
+      {"eth", "ey"},
+      {"est", "ey"},
+      {"th", ""},
+      {"er", "ey"},
+      {"ers", "ey"},
+      {"ing", "e"},
+      {"ings", "e"},
+      {"able", "ecy"},
+      {"ship", ""},
+      {"wise", ""},
+      {"ed", "ey"},
+      {"eable", ""},
+      {"'s", ""},
+      {"ization", ""},
+      {"ize", "e"},
+      {"ful", "y"},
+      {*encodeWord(U"ся"), ""},
+      {*encodeWord(U"сь"), ""},
   };
   return list;
 }
 
 const Pieces& endings() {
   static const Pieces pieces = encoded(
-      U"а я о е у ю ы и й ь ий ей ии ах ях ами ями ов ев ам ям ом ем ём ою ею ью ья ье ьи ьем ию ие "
-      U"ее ый ая ое ые ых ым ой ого ому ыми их им ими ую юю ет ёт ит ут ют ат ят ешь ишь ете ите л ла "
-      U"ло ли ть ти в вши ши вший ши ший ся сь тся ться на но ны н ен та то ты т ка ки ку кой ок ек "
+      U"а я о е у ю ы и й ь ий ей ии ах ях ами ями ов ев ам ям ом ем ём ою ею ью ья ье ьи ьем ию "
+      U"ие "
+      U"ее ый ая ое ые ых ым ой ого ому ыми их им ими ую юю ет ёт ит ут ют ат ят ешь ишь ете ите л "
+      U"ла "
+      U"ло ли ть ти в вши ши вший ши ший ся сь тся ться на но ны н ен та то ты т ка ки ку кой ок "
+      U"ек "
       U"s es ed d er ers ing ings ic ics al ally ous us y ies um a ae i e en eth est th on ors or");
   return pieces;
 }
@@ -74,12 +101,12 @@ struct Variant {
 // British spellings, for a dictionary of American ones.
 const std::vector<Variant>& britishSpellings() {
   static const std::vector<Variant> list = {
-      {"our", "or"},       {"is", "iz"},       {"ys", "yz"},     {"lled", "led"},
-      {"lling", "ling"},   {"ller", "ler"},    {"llery", "lry"}, {"ae", "e"},
-      {"oe", "e"},         {"tre", "ter"},     {"bre", "ber"},   {"ence", "ense"},
-      {"ogue", "og"},      {"gement", "gment"}, {"scept", "skept"}, {"mme", "m"},
-      {"mould", "mold"},   {"cheque", "check"}, {"tyre", "tire"}, {"storey", "story"},
-      {"plough", "plow"},  {"grey", "gray"},
+      {"our", "or"},      {"is", "iz"},        {"ys", "yz"},       {"lled", "led"},
+      {"lling", "ling"},  {"ller", "ler"},     {"llery", "lry"},   {"ae", "e"},
+      {"oe", "e"},        {"tre", "ter"},      {"bre", "ber"},     {"ence", "ense"},
+      {"ogue", "og"},     {"gement", "gment"}, {"scept", "skept"}, {"mme", "m"},
+      {"mould", "mold"},  {"cheque", "check"}, {"tyre", "tire"},   {"storey", "story"},
+      {"plough", "plow"}, {"grey", "gray"},
   };
   return list;
 }
