@@ -13,8 +13,7 @@ namespace kivra {
 
 /// How unlikely it is that a hand or a mind turns one word into another. Costs are in quarters of a
 /// nat (four times the natural logarithm of a chance), the unit of WordFrequency::level, so that
-/// the two may be subtracted. The figures were fitted on the misspellings in
-/// tests/platform/spelling/data, among others.
+/// the two may be subtracted. The figures were fitted on the lists named in NOTICE.md.
 class SlipModel {
  public:
   SlipModel();
