@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "layout/word_reading.h"
 #include "platform/events.h"
 #include "support/text.h"
 
@@ -42,25 +43,33 @@ LayoutSwitcher::LayoutSwitcher(const Environment& environment)
       exceptions_(environment.exceptions),
       output_(environment.output),
       workspace_(environment.workspace),
-      changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack)),
+      changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack,
+                                             TypedSince(settings_, map_, workspace_))),
       replacementApplication_(replacements_, exceptions_, *changer_),
       fixes_(settings_, validator_, exceptions_, *changer_) {}
 
-void LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
+bool LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
+  const auto shift = (flags & event_flags::shift) != 0;
+  if (settings_.extendedRules() && map_.isMark(keyCode, shift)) return endWord({{keyCode, shift}});
+  changer_->since().typed(keyCode, shift);
   if (keyCode == key_codes::deleteKey) {
     if (!word_.empty()) word_.pop_back();
-    return;
+    return false;
   }
-  const auto shift = (flags & event_flags::shift) != 0;
   if (map_.isWordKey(keyCode, shift)) {
     word_.push_back({keyCode, shift});
   } else {
     word_.clear();
     suppressAutoForCurrentWord_ = false;
   }
+  return false;
 }
 
 bool LayoutSwitcher::wordBoundary(std::optional<std::uint16_t> trigger) {
+  return endWord(trigger ? std::optional(Keystroke{*trigger}) : std::nullopt);
+}
+
+bool LayoutSwitcher::endWord(std::optional<Keystroke> trigger) {
   const auto suppressed = std::exchange(suppressAutoForCurrentWord_, false);
   const auto isDecided = trigger && !suppressed && !word_.empty();
   if (trigger) {
@@ -68,8 +77,13 @@ bool LayoutSwitcher::wordBoundary(std::optional<std::uint16_t> trigger) {
     lastTrigger_ = trigger;
   }
   word_.clear();
-  if (isDecided) return processWord(lastWord_, *trigger);
-  history_.clear();
+  if (isDecided && processWord(lastWord_, *trigger)) return true;
+  if (!isDecided) history_.clear();
+  if (trigger) {
+    changer_->since().typed(trigger->keyCode, trigger->shift);
+  } else {
+    changer_->since().lose();
+  }
   return false;
 }
 
@@ -82,7 +96,7 @@ bool LayoutSwitcher::isSkippedApp() const {
   });
 }
 
-bool LayoutSwitcher::processWord(const Word& word, std::uint16_t trigger) {
+bool LayoutSwitcher::processWord(const Word& word, Keystroke trigger) {
   if (map_.russian() == nullptr || map_.english() == nullptr) return false;
   const auto language = map_.currentLanguage();
   if ((language != "ru" && language != "en") || isSkippedApp()) return false;
@@ -113,7 +127,7 @@ void LayoutSwitcher::remember(const HistoryEntry& entry) {
 
 bool LayoutSwitcher::decide(const FinishedWord& word) {
   if (!settings_.autoSwitchEnabled()) return false;
-  if (exceptions_.contains(text::lowercased(word.typed))) return false;
+  if (isException(word)) return false;
   const auto converted = KeycodeMap::text(word.word, word.to);
   if (word.word.size() == 1) return switchShortWord(word, converted);
   return switchLongWord(word, converted) || fixes_.apply(word);
@@ -121,26 +135,49 @@ bool LayoutSwitcher::decide(const FinishedWord& word) {
 
 bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {
   if (!isOneLetter(word.typed) || !isOneLetter(converted)) return false;
+  // Before a mark it is an initial.
+  if (map_.isMark(word.trigger.keyCode, word.trigger.shift)) return false;
   if (isSingleLetterWord(text::lowercased(word.typed), word.from.language())) return false;
   if (!isSingleLetterWord(text::lowercased(converted), word.to.language())) return false;
-  switchLayout(word);
+  switchLayout(word, word.word);
   return true;
 }
 
 bool LayoutSwitcher::switchLongWord(const FinishedWord& word, const std::string& converted) {
+  if (settings_.extendedRules()) return switchPunctuatedWord(word);
   if (!text::isAllLetters(converted) || validator_.isValid(word.typed, word.from.language()) ||
       !validator_.isValid(converted, word.to.language())) {
     return false;
   }
-  switchLayout(word);
+  switchLayout(word, word.word);
   return true;
 }
 
-void LayoutSwitcher::switchLayout(const FinishedWord& word) {
+bool LayoutSwitcher::switchPunctuatedWord(const FinishedWord& word) {
+  const auto mended = fixes_.withoutSecondCapital(word.word, word.to).value_or(word.word);
+  const auto to = WordReading::withoutMarks(mended, word.to);
+  const auto from = WordReading::withoutMarks(mended, word.from);
+  const auto isValidAsTyped =
+      validator_.isValid(KeycodeMap::text(mended, word.from), word.from.language()) ||
+      (from.isWord(word.from) && validator_.isValid(from.core, word.from.language()));
+  if (isValidAsTyped || !to.isWord(word.to) || !validator_.isValid(to.core, word.to.language())) {
+    return false;
+  }
+  switchLayout(word, mended);
+  return true;
+}
+
+bool LayoutSwitcher::isException(const FinishedWord& word) const {
+  if (exceptions_.contains(text::lowercased(word.typed))) return true;
+  return settings_.extendedRules() && exceptions_.contains(text::lowercased(
+                                          WordReading::withoutMarks(word.word, word.from).core));
+}
+
+void LayoutSwitcher::switchLayout(const FinishedWord& word, const Word& retyped) {
   const auto count = word.word.size();
   changer_->change(
       UndoStack::ActionKind::layoutSwitch, word.typed,
-      {.deletes = count, .select = &word.to, .words = {{word.word, word.trigger}}},
+      {.deletes = count, .select = &word.to, .words = {{retyped, word.trigger}}},
       {.deletes = count + 1, .select = &word.from, .words = {{word.word, word.trigger}}});
 }
 
@@ -149,6 +186,7 @@ void LayoutSwitcher::manualSwitch() {
   const auto language = map_.currentLanguage();
   if (!language) return;
   const auto& to = language == "ru" ? *map_.english() : *map_.russian();
+  if (!changer_->since().characters().empty()) changer_->since().lose();
   if (!word_.empty()) {
     suppressAutoForCurrentWord_ = true;
     output_.postDeletes(word_.size());

@@ -1,6 +1,7 @@
 #include "layout/word_fixes.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 
 #include "layout/edit_distance.h"
@@ -11,7 +12,7 @@ namespace kivra {
 namespace {
 
 /// Shift on the first two keystrokes and on no other; Caps Lock is not recorded and does not count.
-bool startsWithTwoCapitals(const Word& word) {
+bool startsWithTwoCapitals(std::span<const Keystroke> word) {
   return word.size() >= 3 && word[0].shift && word[1].shift &&
          std::none_of(word.begin() + 2, word.end(), [](const Keystroke& key) { return key.shift; });
 }
@@ -25,23 +26,41 @@ std::size_t largestAcceptedDistance(std::string_view typed) {
 }  // namespace
 
 bool WordFixes::apply(const FinishedWord& word) {
-  if (!text::isAllLetters(word.typed)) return false;
-  return fixDoubleCapital(word) || correctTypo(word);
+  const auto reading = read(word.word, word.from);
+  if (reading.core.empty() || !text::isAllLetters(reading.core)) return false;
+  return fixDoubleCapital(word) || correctTypo(word, reading);
+}
+
+WordReading WordFixes::read(const Word& word, const Layout& layout) const {
+  return settings_.extendedRules() ? WordReading::withoutMarks(word, layout)
+                                   : WordReading::whole(word, layout);
+}
+
+std::optional<Word> WordFixes::withoutSecondCapital(const Word& word, const Layout& layout) const {
+  const auto reading = read(word, layout);
+  if (!settings_.autoFixDoubleCapitals() ||
+      !startsWithTwoCapitals(std::span(word).subspan(reading.first, reading.count))) {
+    return std::nullopt;
+  }
+  auto fixed = word;
+  fixed[reading.first + 1].shift = false;
+  return fixed;
 }
 
 bool WordFixes::fixDoubleCapital(const FinishedWord& word) {
-  if (!settings_.autoFixDoubleCapitals() || !startsWithTwoCapitals(word.word)) return false;
-  auto fixed = word.word;
-  fixed[1].shift = false;
+  const auto fixed = withoutSecondCapital(word.word, word.from);
+  if (!fixed) return false;
   changer_.change(UndoStack::ActionKind::doubleCapital, word.typed,
-                  {.deletes = word.word.size(), .words = {{fixed, word.trigger}}},
+                  {.deletes = word.word.size(), .words = {{*fixed, word.trigger}}},
                   {.deletes = word.word.size() + 1, .words = {{word.word, word.trigger}}});
   return true;
 }
 
-bool WordFixes::correctTypo(const FinishedWord& word) {
-  const auto& [keys, trigger, from, to, typed] = word;
-  if (!settings_.autoCorrectTypos() || keys.size() < shortestCorrectedWord) return false;
+bool WordFixes::correctTypo(const FinishedWord& word, const WordReading& reading) {
+  const auto& [keys, trigger, from, to, whole] = word;
+  const auto& typed = reading.core;
+  if (!settings_.autoCorrectTypos() || reading.count < shortestCorrectedWord) return false;
+  if (reading.after.starts_with('\'')) return false;  // "goin'"
   if (validator_.isValid(typed, from.language())) return false;
   const auto guess = validator_.correction(typed, from.language());
   if (!guess) return false;
@@ -52,9 +71,10 @@ bool WordFixes::correctTypo(const FinishedWord& word) {
     return false;
   }
   if (exceptions_.contains(fixedLowered)) return false;
-  changer_.change(UndoStack::ActionKind::correct, typed,
-                  {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
-                  {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});
+  const auto mended = reading.before + fixed + reading.after;
+  changer_.change(UndoStack::ActionKind::correct, whole,
+                  {.deletes = keys.size(), .text = mended, .words = {{Word{}, trigger}}},
+                  {.deletes = text::characterCount(mended) + 1, .words = {{keys, trigger}}});
   return true;
 }
 

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <optional>
+
 #include "layout/exception_store.h"
 #include "layout/finished_word.h"
 #include "layout/word_changer.h"
+#include "layout/word_reading.h"
 #include "layout/word_validator.h"
 #include "settings/settings_store.h"
 
@@ -16,12 +19,18 @@ class WordFixes {
             const ExceptionStore& exceptions, WordChanger& changer)
       : settings_(settings), validator_(validator), exceptions_(exceptions), changer_(changer) {}
 
-  /// True when a fix was typed. Words with anything but letters are left alone.
+  /// True when a fix was typed. Words with anything but letters are left alone; under the extended
+  /// rules marks around the word do not count.
   bool apply(const FinishedWord& word);
 
+  /// The keys with Shift let go of at the second letter, when the word in this layout starts with
+  /// two capitals and the user wants that mended.
+  std::optional<Word> withoutSecondCapital(const Word& word, const Layout& layout) const;
+
  private:
+  WordReading read(const Word& word, const Layout& layout) const;
   bool fixDoubleCapital(const FinishedWord& word);
-  bool correctTypo(const FinishedWord& word);
+  bool correctTypo(const FinishedWord& word, const WordReading& reading);
 
   const SettingsStore& settings_;
   WordValidator& validator_;
