@@ -33,6 +33,10 @@ bool covers(std::string_view entry, std::string_view identifier) {
   return identifier.starts_with(entry) || identifier == entry.substr(0, entry.size() - 1);
 }
 
+bool isMark(const std::optional<Keystroke>& trigger, const KeycodeMap& map) {
+  return trigger && map.isMark(trigger->keyCode, trigger->shift);
+}
+
 }  // namespace
 
 LayoutSwitcher::LayoutSwitcher(const Environment& environment)
@@ -52,6 +56,7 @@ bool LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
   const auto shift = (flags & event_flags::shift) != 0;
   if (settings_.extendedRules() && map_.isMark(keyCode, shift)) return endWord({{keyCode, shift}});
   changer_->since().typed(keyCode, shift);
+  if (isMark(lastTrigger_, map_) && word_.empty()) lastTrigger_.reset();
   if (keyCode == key_codes::deleteKey) {
     if (!word_.empty()) word_.pop_back();
     return false;
@@ -73,8 +78,16 @@ bool LayoutSwitcher::endWord(std::optional<Keystroke> trigger) {
   const auto suppressed = std::exchange(suppressAutoForCurrentWord_, false);
   const auto isDecided = trigger && !suppressed && !word_.empty();
   if (trigger) {
-    lastWord_ = word_;
+    // What comes right behind a mark ends the word with the mark.
+    const auto endsBoth = word_.empty() && isMark(lastTrigger_, map_);
+    if (endsBoth) {
+      lastWord_.push_back(*lastTrigger_);
+    } else {
+      lastWord_ = word_;
+    }
     lastTrigger_ = trigger;
+  } else if (isMark(lastTrigger_, map_)) {
+    lastTrigger_.reset();
   }
   word_.clear();
   if (isDecided && processWord(lastWord_, *trigger)) return true;
@@ -136,7 +149,7 @@ bool LayoutSwitcher::decide(const FinishedWord& word) {
 bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {
   if (!isOneLetter(word.typed) || !isOneLetter(converted)) return false;
   // Before a mark it is an initial.
-  if (map_.isMark(word.trigger.keyCode, word.trigger.shift)) return false;
+  if (isMark(word.trigger, map_)) return false;
   if (isSingleLetterWord(text::lowercased(word.typed), word.from.language())) return false;
   if (!isSingleLetterWord(text::lowercased(converted), word.to.language())) return false;
   switchLayout(word, word.word);

@@ -49,6 +49,24 @@ TEST_F(ExtendedRules, AMarkIsAnyOtherKeyWhileTheyAreOff) {
   EXPECT_EQ(taken(), "");
 }
 
+TEST_F(ExtendedRules, ManualSwitchTakesTheMarkAlong) {
+  const auto switched = [this] {
+    switcher().manualSwitch();
+    return taken();
+  };
+  EXPECT_EQ(endedByMark("qqq?"), "-");
+  EXPECT_EQ(switched(), "<<<<[ru]~qqq?");
+  select("us");
+  endedByMark("qqq?");
+  switcher().wordBoundary(key_codes::space);
+  EXPECT_EQ(switched(), "<<<<<[ru]~qqq?_");
+  select("us");
+  endedByMark("qqq?");
+  switcher().wordBoundary(std::nullopt);
+  switcher().wordBoundary(key_codes::space);
+  EXPECT_EQ(switched(), "") << "clicked elsewhere";
+}
+
 TEST_F(ExtendedRules, MarksAroundAWordAreSetAside) {
   EXPECT_EQ(mended("helo,"), "<<<<<'h'e'l'l'o',_");
   EXPECT_EQ(token(), "helo,");

@@ -39,7 +39,7 @@ Answers askAspell(const std::vector<std::string>& words, const char* language) {
   const std::string command = "aspell -a --encoding=utf-8 --lang=" + std::string(language) + " < " +
                               file.string() + " 2>/dev/null";
   std::FILE* pipe = popen(command.c_str(), "r");
-  std::array<char, 4096> line{};
+  std::array<char, 1U << 16U> line{};
   std::size_t at = 0;
   Answer answer{true, std::nullopt};
   bool isFirst = true;
