@@ -1,5 +1,6 @@
 #include "app/core_controller.h"
 
+#include "platform/alerts.h"
 #include "platform/run_loop.h"
 
 namespace kivra {
@@ -45,8 +46,13 @@ void CoreController::restart() {
 }
 
 void CoreController::announceConsumableKeys() {
-  services_.platform.eventTaps.setConsumableKeys(settings_.isEnabled() ? router_.consumableKeys()
-                                                                       : std::vector<KeyChord>{});
+  auto keys = settings_.isEnabled() ? router_.consumableKeys() : std::vector<KeyChord>{};
+  if (settings_.isEnabled() && settings_.extendedRules()) {
+    for (const auto& mark : services_.keycodeMap().marks()) {
+      keys.push_back({mark.keyCode, mark.shift ? event_flags::shift : 0});
+    }
+  }
+  services_.platform.eventTaps.setConsumableKeys(keys);
 }
 
 bool CoreController::handle(const Event& event, EventType type) {
@@ -58,12 +64,16 @@ void CoreController::routerDidRequestManualSwitch() { services_.layoutSwitcher()
 void CoreController::routerDidRequestUndo() {
   const auto action = services_.undoStack.takeLast();
   if (!action) return;
+  if (action->fits && !action->fits()) {
+    services_.platform.alerts.beep();
+    return;
+  }
   action->undo();
   if (action->learnedToken) services_.exceptions().add(*action->learnedToken);
 }
 
-void CoreController::routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) {
-  services_.layoutSwitcher().keyTyped(keyCode, flags);
+bool CoreController::routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) {
+  return services_.layoutSwitcher().keyTyped(keyCode, flags);
 }
 
 bool CoreController::routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) {

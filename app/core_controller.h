@@ -28,7 +28,7 @@ class CoreController : public HotkeyRouterDelegate,
   void routerDidRequestAction(const HotkeyAction& action) override;
   void routerDidRequestManualSwitch() override;
   void routerDidRequestUndo() override;
-  void routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) override;
+  bool routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) override;
   bool routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) override;
 
  private:

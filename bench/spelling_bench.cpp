@@ -96,9 +96,9 @@ bool measure(kivra::HunspellSpellChecker& checker, const Language& language) {
   report("validity of wrong words", language.wrong, 0, valid);
   report("hunspell spell()", language.wrong, 0, [&](const std::string& w) { hunspell.spell(w); });
   kept &=
-      report("correction", language.wrong, 3000, [&](const std::string& word) {
+      report("correction", language.wrong, 1000, [&](const std::string& word) {
         checker.correctionForWordRange({0, kivra::decodeUtf8(word).size()}, word, language.name, 1);
-      }) <= 3000;
+      }) <= 1000;
   report("hunspell suggest(), 60 words", few, 0,
          [&](const std::string& w) { hunspell.suggest(w); });
   return kept;

@@ -83,8 +83,7 @@ bool HotkeyRouter::forwardKey(std::uint16_t keyCode, std::uint64_t flags) {
       reachWordBoundary(std::nullopt);
       return false;
     default:
-      request([&](auto& delegate) { delegate.routerDidTypeKey(keyCode, flags); });
-      return false;
+      return typeKey(keyCode, flags);
   }
 }
 
@@ -142,6 +141,11 @@ void HotkeyRouter::requestAction(HotkeyAction action) {
 
 void HotkeyRouter::requestManualSwitch() {
   request([](auto& delegate) { delegate.routerDidRequestManualSwitch(); });
+}
+
+bool HotkeyRouter::typeKey(std::uint16_t keyCode, std::uint64_t flags) {
+  const auto delegate = delegate_.lock();
+  return delegate && delegate->routerDidTypeKey(keyCode, flags);
 }
 
 bool HotkeyRouter::reachWordBoundary(std::optional<std::uint16_t> keyCode) {

@@ -22,7 +22,8 @@ class HotkeyRouterDelegate {
   virtual void routerDidRequestAction(const HotkeyAction& action) = 0;
   virtual void routerDidRequestManualSwitch() = 0;
   virtual void routerDidRequestUndo() = 0;
-  virtual void routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) = 0;
+  /// True: the key ended a word and is consumed.
+  virtual bool routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) = 0;
 
   /// Without a key code the word is broken off. True: the boundary key is consumed.
   virtual bool routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) = 0;
@@ -62,6 +63,7 @@ class HotkeyRouter {
   }
   void requestAction(HotkeyAction action);
   void requestManualSwitch();
+  bool typeKey(std::uint16_t keyCode, std::uint64_t flags);
   bool reachWordBoundary(std::optional<std::uint16_t> keyCode);
 
   SettingsStore& settings_;

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "layout/keycode_map.h"
@@ -11,10 +10,10 @@ namespace kivra {
 /// A word at its boundary, as the steps of the decision see it.
 struct FinishedWord {
   Word word;
-  std::uint16_t trigger = 0;  ///< the key that ended it
-  const Layout& from;         ///< the layout it was typed in
-  const Layout& to;           ///< the other one
-  std::string typed;          ///< the word read in `from`: what stands on the screen
+  Keystroke trigger;   ///< the key that ended it, see HistoryEntry
+  const Layout& from;  ///< the layout it was typed in
+  const Layout& to;    ///< the other one
+  std::string typed;   ///< the word read in `from`: what stands on the screen
 };
 
 }  // namespace kivra

@@ -1,15 +1,14 @@
 #pragma once
 
-#include <cstdint>
-
 #include "layout/keystroke.h"
 
 namespace kivra {
 
-/// A finished word with the key that ended it.
+/// A finished word with the key that ended it. Shift counts only for a mark of punctuation; Space
+/// and its like are always typed again without.
 struct HistoryEntry {
   Word word;
-  std::uint16_t trigger = 0;
+  Keystroke trigger;
 
   bool operator==(const HistoryEntry&) const = default;
 };

@@ -70,6 +70,26 @@ bool KeycodeMap::isWordKey(std::uint16_t keyCode, bool shift) const {
                               : computeIsWordKey(keyCode, shift);
 }
 
+bool KeycodeMap::isMark(std::uint16_t keyCode, bool shift) const {
+  if (!russian_ || !english_ || isWordKey(keyCode, shift)) return false;
+  const auto givesMark = [&](const Layout& layout) {
+    const auto character = layout.character(keyCode, shift);
+    const auto scalar = character ? text::firstScalar(*character) : std::nullopt;
+    return scalar && text::isPunctuation(*scalar);
+  };
+  return givesMark(*russian_) || givesMark(*english_);
+}
+
+std::vector<Keystroke> KeycodeMap::marks() const {
+  std::vector<Keystroke> found;
+  for (std::uint16_t keyCode = 0; keyCode < cachedKeys; ++keyCode) {
+    for (const auto shift : {false, true}) {
+      if (isMark(keyCode, shift)) found.push_back({keyCode, shift});
+    }
+  }
+  return found;
+}
+
 bool KeycodeMap::computeIsWordKey(std::uint16_t keyCode, bool shift) const {
   return russian_ && english_ &&
          (givesLetterOrDigit(*russian_, keyCode, shift) ||

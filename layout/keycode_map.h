@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "layout/keystroke.h"
 #include "platform/input_sources.h"
@@ -54,6 +55,12 @@ class KeycodeMap {
   /// Whether the key gives a letter or a digit in one of the two layouts, and so belongs to words
   /// in both. No key does while a layout is missing.
   bool isWordKey(std::uint16_t keyCode, bool shift) const;
+
+  /// Whether the key belongs to no word and gives a mark of punctuation in one of the two layouts.
+  bool isMark(std::uint16_t keyCode, bool shift) const;
+
+  /// All such keys of real keyboards.
+  std::vector<Keystroke> marks() const;
 
  private:
   void discover();

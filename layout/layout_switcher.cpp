@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "layout/word_reading.h"
 #include "platform/events.h"
 #include "support/text.h"
 
@@ -32,6 +33,10 @@ bool covers(std::string_view entry, std::string_view identifier) {
   return identifier.starts_with(entry) || identifier == entry.substr(0, entry.size() - 1);
 }
 
+bool isMark(const std::optional<Keystroke>& trigger, const KeycodeMap& map) {
+  return trigger && map.isMark(trigger->keyCode, trigger->shift);
+}
+
 }  // namespace
 
 LayoutSwitcher::LayoutSwitcher(const Environment& environment)
@@ -42,34 +47,56 @@ LayoutSwitcher::LayoutSwitcher(const Environment& environment)
       exceptions_(environment.exceptions),
       output_(environment.output),
       workspace_(environment.workspace),
-      changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack)),
+      changer_(std::make_shared<WordChanger>(environment.output, environment.undoStack,
+                                             TypedSince(settings_, map_, workspace_))),
       replacementApplication_(replacements_, exceptions_, questions_, *changer_),
       fixes_(settings_, validator_, exceptions_, questions_, *changer_) {}
 
-void LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
+bool LayoutSwitcher::keyTyped(std::uint16_t keyCode, std::uint64_t flags) {
+  const auto shift = (flags & event_flags::shift) != 0;
+  if (settings_.extendedRules() && map_.isMark(keyCode, shift)) return endWord({{keyCode, shift}});
+  changer_->since().typed(keyCode, shift);
+  if (isMark(lastTrigger_, map_) && word_.empty()) lastTrigger_.reset();
   if (keyCode == key_codes::deleteKey) {
     if (!word_.empty()) word_.pop_back();
-    return;
+    return false;
   }
-  const auto shift = (flags & event_flags::shift) != 0;
   if (map_.isWordKey(keyCode, shift)) {
     word_.push_back({keyCode, shift});
   } else {
     word_.clear();
     suppressAutoForCurrentWord_ = false;
   }
+  return false;
 }
 
 bool LayoutSwitcher::wordBoundary(std::optional<std::uint16_t> trigger) {
+  return endWord(trigger ? std::optional(Keystroke{*trigger}) : std::nullopt);
+}
+
+bool LayoutSwitcher::endWord(std::optional<Keystroke> trigger) {
   const auto suppressed = std::exchange(suppressAutoForCurrentWord_, false);
   const auto isDecided = trigger && !suppressed && !word_.empty();
   if (trigger) {
-    lastWord_ = word_;
+    // What comes right behind a mark ends the word with the mark.
+    const auto endsBoth = word_.empty() && isMark(lastTrigger_, map_);
+    if (endsBoth) {
+      lastWord_.push_back(*lastTrigger_);
+    } else {
+      lastWord_ = word_;
+    }
     lastTrigger_ = trigger;
+  } else if (isMark(lastTrigger_, map_)) {
+    lastTrigger_.reset();
   }
   word_.clear();
-  if (isDecided) return processWord(lastWord_, *trigger);
-  history_.clear();
+  if (isDecided && processWord(lastWord_, *trigger)) return true;
+  if (!isDecided) history_.clear();
+  if (trigger) {
+    changer_->since().typed(trigger->keyCode, trigger->shift);
+  } else {
+    changer_->since().lose();
+  }
   return false;
 }
 
@@ -82,7 +109,7 @@ bool LayoutSwitcher::isSkippedApp() const {
   });
 }
 
-bool LayoutSwitcher::processWord(const Word& word, std::uint16_t trigger) {
+bool LayoutSwitcher::processWord(const Word& word, Keystroke trigger) {
   if (map_.russian() == nullptr || map_.english() == nullptr) return false;
   const auto language = map_.currentLanguage();
   if ((language != "ru" && language != "en") || isSkippedApp()) return false;
@@ -115,15 +142,17 @@ void LayoutSwitcher::remember(const HistoryEntry& entry) {
 
 bool LayoutSwitcher::decide(const FinishedWord& word) {
   if (!questions_.ask(Question::automatic, settings_.autoSwitchEnabled())) return false;
-  const auto token = text::lowercased(word.typed);
-  if (questions_.ask(Question::learned, exceptions_.contains(token), token)) return false;
+  if (questions_.ask(Question::learned, isException(word), text::lowercased(word.typed))) {
+    return false;
+  }
   const auto converted = KeycodeMap::text(word.word, word.to);
   if (word.word.size() == 1) return switchShortWord(word, converted);
   return switchLongWord(word, converted) || fixes_.apply(word);
 }
 
 bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {
-  if (!isOneLetter(word.typed) ||
+  // Before a mark it is an initial.
+  if (isMark(word.trigger, map_) || !isOneLetter(word.typed) ||
       !questions_.ask(Question::lettersThere, isOneLetter(converted), converted)) {
     return false;
   }
@@ -137,11 +166,12 @@ bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string
                       converted)) {
     return false;
   }
-  switchLayout(word);
+  switchLayout(word, word.word);
   return true;
 }
 
 bool LayoutSwitcher::switchLongWord(const FinishedWord& word, const std::string& converted) {
+  if (settings_.extendedRules()) return switchPunctuatedWord(word);
   const auto& [keys, trigger, from, to, typed] = word;
   if (!questions_.ask(Question::lettersThere, text::isAllLetters(converted), converted) ||
       questions_.ask(Question::wordHere, validator_.isValid(typed, from.language()), typed) ||
@@ -149,15 +179,38 @@ bool LayoutSwitcher::switchLongWord(const FinishedWord& word, const std::string&
                       converted)) {
     return false;
   }
-  switchLayout(word);
+  switchLayout(word, word.word);
   return true;
 }
 
-void LayoutSwitcher::switchLayout(const FinishedWord& word) {
+bool LayoutSwitcher::switchPunctuatedWord(const FinishedWord& word) {
+  const auto mended = fixes_.withoutSecondCapital(word.word, word.to).value_or(word.word);
+  const auto to = WordReading::withoutMarks(mended, word.to);
+  const auto from = WordReading::withoutMarks(mended, word.from);
+  const auto isValidAsTyped =
+      validator_.isValid(KeycodeMap::text(mended, word.from), word.from.language()) ||
+      (from.isWord(word.from) && validator_.isValid(from.core, word.from.language()));
+  if (questions_.ask(Question::wordHere, isValidAsTyped, from.core) ||
+      !questions_.ask(Question::lettersThere, to.isWord(word.to), to.core) ||
+      !questions_.ask(Question::wordThere, validator_.isValid(to.core, word.to.language()),
+                      to.core)) {
+    return false;
+  }
+  switchLayout(word, mended);
+  return true;
+}
+
+bool LayoutSwitcher::isException(const FinishedWord& word) const {
+  if (exceptions_.contains(text::lowercased(word.typed))) return true;
+  return settings_.extendedRules() && exceptions_.contains(text::lowercased(
+                                          WordReading::withoutMarks(word.word, word.from).core));
+}
+
+void LayoutSwitcher::switchLayout(const FinishedWord& word, const Word& retyped) {
   const auto count = word.word.size();
   changer_->change(
       UndoStack::ActionKind::layoutSwitch, word.typed,
-      {.deletes = count, .select = &word.to, .words = {{word.word, word.trigger}}},
+      {.deletes = count, .select = &word.to, .words = {{retyped, word.trigger}}},
       {.deletes = count + 1, .select = &word.from, .words = {{word.word, word.trigger}}});
 }
 
@@ -166,6 +219,7 @@ void LayoutSwitcher::manualSwitch() {
   const auto language = map_.currentLanguage();
   if (!language) return;
   const auto& to = language == "ru" ? *map_.english() : *map_.russian();
+  if (!changer_->since().characters().empty()) changer_->since().lose();
   if (!word_.empty()) {
     suppressAutoForCurrentWord_ = true;
     output_.postDeletes(word_.size());

@@ -42,7 +42,9 @@ class LayoutSwitcher {
 
   explicit LayoutSwitcher(const Environment& environment);
 
-  void keyTyped(std::uint16_t keyCode, std::uint64_t flags);
+  /// True, under the extended rules only: the key is a mark that ended the word, and was typed
+  /// after a correction; the user's own must be dropped.
+  bool keyTyped(std::uint16_t keyCode, std::uint64_t flags);
 
   /// Ends the word with the trigger key, or breaks it off without one. True: the trigger was typed
   /// after a correction, and the user's own must be dropped.
@@ -58,11 +60,14 @@ class LayoutSwitcher {
   void setObserver(Questions::Observer observer) { questions_.setObserver(std::move(observer)); }
 
  private:
-  bool processWord(const Word& word, std::uint16_t trigger);
+  bool endWord(std::optional<Keystroke> trigger);
+  bool processWord(const Word& word, Keystroke trigger);
   bool decide(const FinishedWord& word);
   bool switchShortWord(const FinishedWord& word, const std::string& converted);
   bool switchLongWord(const FinishedWord& word, const std::string& converted);
-  void switchLayout(const FinishedWord& word);
+  bool switchPunctuatedWord(const FinishedWord& word);
+  bool isException(const FinishedWord& word) const;
+  void switchLayout(const FinishedWord& word, const Word& retyped);
   void remember(const HistoryEntry& entry);
 
   const KeycodeMap& map_;
@@ -79,7 +84,7 @@ class LayoutSwitcher {
 
   Word word_;
   Word lastWord_;
-  std::optional<std::uint16_t> lastTrigger_;
+  std::optional<Keystroke> lastTrigger_;
   std::vector<HistoryEntry> history_;
   bool suppressAutoForCurrentWord_ = false;
 };

@@ -37,7 +37,7 @@ bool ReplacementApplication::applyToRun(std::span<const HistoryEntry> run,
                                         const FinishedWord& last) {
   const auto joinedBySpaces = std::ranges::all_of(
       run.first(run.size() - 1),
-      [](const HistoryEntry& entry) { return entry.trigger == key_codes::space; });
+      [](const HistoryEntry& entry) { return entry.trigger == Keystroke{key_codes::space}; });
   if (!joinedBySpaces) return false;
   const auto phrase = phraseOf(run, last.from);
   const auto token = text::lowercased(phrase);

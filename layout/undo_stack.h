@@ -17,6 +17,8 @@ class UndoStack {
     ActionKind kind = ActionKind::layoutSwitch;
     std::optional<std::string> learnedToken;  ///< learned as an exception once it is undone
     std::function<void()> undo;
+    /// Whether the cursor is still where the undo belongs; empty where that is not known.
+    std::function<bool()> fits{};
   };
 
   const std::optional<Action>& last() const { return last_; }

@@ -1,6 +1,7 @@
 #include "layout/word_fixes.h"
 
 #include <algorithm>
+#include <span>
 #include <string>
 
 #include "layout/edit_distance.h"
@@ -11,7 +12,7 @@ namespace kivra {
 namespace {
 
 /// Shift on the first two keystrokes and on no other; Caps Lock is not recorded and does not count.
-bool startsWithTwoCapitals(const Word& word) {
+bool startsWithTwoCapitals(std::span<const Keystroke> word) {
   return word.size() >= 3 && word[0].shift && word[1].shift &&
          std::none_of(word.begin() + 2, word.end(), [](const Keystroke& key) { return key.shift; });
 }
@@ -25,27 +26,44 @@ std::size_t largestAcceptedDistance(std::string_view typed) {
 }  // namespace
 
 bool WordFixes::apply(const FinishedWord& word) {
-  if (!questions_.ask(Question::letters, text::isAllLetters(word.typed), word.typed)) return false;
-  return fixDoubleCapital(word) || correctTypo(word);
+  const auto reading = read(word.word, word.from);
+  const auto isWord = !reading.core.empty() && text::isAllLetters(reading.core);
+  if (!questions_.ask(Question::letters, isWord, reading.core)) return false;
+  return fixDoubleCapital(word) || correctTypo(word, reading);
+}
+
+WordReading WordFixes::read(const Word& word, const Layout& layout) const {
+  return settings_.extendedRules() ? WordReading::withoutMarks(word, layout)
+                                   : WordReading::whole(word, layout);
+}
+
+std::optional<Word> WordFixes::withoutSecondCapital(const Word& word, const Layout& layout) const {
+  const auto reading = read(word, layout);
+  if (!settings_.autoFixDoubleCapitals() ||
+      !startsWithTwoCapitals(std::span(word).subspan(reading.first, reading.count))) {
+    return std::nullopt;
+  }
+  auto fixed = word;
+  fixed[reading.first + 1].shift = false;
+  return fixed;
 }
 
 bool WordFixes::fixDoubleCapital(const FinishedWord& word) {
-  if (!settings_.autoFixDoubleCapitals() ||
-      !questions_.ask(Question::twoCapitals, startsWithTwoCapitals(word.word), word.typed)) {
-    return false;
-  }
-  auto fixed = word.word;
-  fixed[1].shift = false;
+  if (!settings_.autoFixDoubleCapitals()) return false;
+  const auto fixed = withoutSecondCapital(word.word, word.from);
+  if (!questions_.ask(Question::twoCapitals, fixed.has_value(), word.typed)) return false;
   changer_.change(UndoStack::ActionKind::doubleCapital, word.typed,
-                  {.deletes = word.word.size(), .words = {{fixed, word.trigger}}},
+                  {.deletes = word.word.size(), .words = {{*fixed, word.trigger}}},
                   {.deletes = word.word.size() + 1, .words = {{word.word, word.trigger}}});
   return true;
 }
 
-bool WordFixes::correctTypo(const FinishedWord& word) {
-  const auto& [keys, trigger, from, to, typed] = word;
+bool WordFixes::correctTypo(const FinishedWord& word, const WordReading& reading) {
+  const auto& [keys, trigger, from, to, whole] = word;
+  const auto& typed = reading.core;
   if (!settings_.autoCorrectTypos() ||
-      !questions_.ask(Question::longEnough, keys.size() >= shortestCorrectedWord, typed) ||
+      !questions_.ask(Question::longEnough, reading.count >= shortestCorrectedWord, typed) ||
+      reading.after.starts_with('\'') ||  // "goin'"
       questions_.ask(Question::wordHere, validator_.isValid(typed, from.language()), typed)) {
     return false;
   }
@@ -59,9 +77,10 @@ bool WordFixes::correctTypo(const FinishedWord& word) {
       questions_.ask(Question::learned, exceptions_.contains(fixedLowered), fixedLowered)) {
     return false;
   }
-  changer_.change(UndoStack::ActionKind::correct, typed,
-                  {.deletes = keys.size(), .text = fixed, .words = {{Word{}, trigger}}},
-                  {.deletes = text::characterCount(fixed) + 1, .words = {{keys, trigger}}});
+  const auto mended = reading.before + fixed + reading.after;
+  changer_.change(UndoStack::ActionKind::correct, whole,
+                  {.deletes = keys.size(), .text = mended, .words = {{Word{}, trigger}}},
+                  {.deletes = text::characterCount(mended) + 1, .words = {{keys, trigger}}});
   return true;
 }
 

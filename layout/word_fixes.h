@@ -1,9 +1,12 @@
 #pragma once
 
+#include <optional>
+
 #include "layout/exception_store.h"
 #include "layout/finished_word.h"
 #include "layout/questions.h"
 #include "layout/word_changer.h"
+#include "layout/word_reading.h"
 #include "layout/word_validator.h"
 #include "settings/settings_store.h"
 
@@ -21,12 +24,18 @@ class WordFixes {
         questions_(questions),
         changer_(changer) {}
 
-  /// True when a fix was typed. Words with anything but letters are left alone.
+  /// True when a fix was typed. Words with anything but letters are left alone; under the extended
+  /// rules marks around the word do not count.
   bool apply(const FinishedWord& word);
 
+  /// The keys with Shift let go of at the second letter, when the word in this layout starts with
+  /// two capitals and the user wants that mended.
+  std::optional<Word> withoutSecondCapital(const Word& word, const Layout& layout) const;
+
  private:
+  WordReading read(const Word& word, const Layout& layout) const;
   bool fixDoubleCapital(const FinishedWord& word);
-  bool correctTypo(const FinishedWord& word);
+  bool correctTypo(const FinishedWord& word, const WordReading& reading);
 
   const SettingsStore& settings_;
   WordValidator& validator_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -17,6 +18,11 @@ class Workspace {
 
   /// True while some application reads a password or otherwise keeps keys to itself.
   virtual bool isSecureEventInputEnabled() = 0;
+
+  /// A number that grows whenever the cursor may have gone elsewhere without an event for the taps:
+  /// another field has the focus, or the selection was set. Always 0 on a desktop that tells the
+  /// taps of it.
+  virtual std::uint64_t placesOfCursor() { return 0; }
 
   /// Opens the address with the program that the user has for it; nothing when there is none.
   virtual void open(std::string_view url) = 0;

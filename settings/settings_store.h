@@ -79,6 +79,9 @@ class SettingsStore : public Observable {
   Setting<bool> autoSwitchEnabled = registeredSetting("kivra.autoSwitchEnabled", true);
   Setting<bool> autoFixDoubleCapitals = registeredSetting("kivra.autoFixDoubleCapitals", true);
   Setting<bool> autoCorrectTypos = registeredSetting("kivra.autoCorrectTypos", true);
+  /// Punctuation ends and surrounds words, two capitals are mended in the wrong layout, an undo is
+  /// made only where it fits.
+  Setting<bool> extendedRules = setting("kivra.extendedRules", false);
   Setting<std::vector<std::string>> skipBundleIDs =
       registeredSetting("kivra.skipBundleIDs", defaultSkipBundleIDs());
   Setting<EngineKind> translationEngine =

@@ -231,6 +231,10 @@ bool isAlphanumeric(char32_t scalar) {
   return (categoryMask(scalar) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_N_MASK)) != 0;
 }
 
+bool isPunctuation(char32_t scalar) {
+  return (categoryMask(scalar) & (U_GC_P_MASK & ~U_GC_PC_MASK)) != 0;
+}
+
 bool isWhitespaceOrNewline(char32_t scalar) {
   return isSpaceOrTab(scalar) || (scalar >= 0x0A && scalar <= 0x0D) || scalar == 0x85 ||
          scalar == 0x2028 || scalar == 0x2029;

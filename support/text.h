@@ -41,6 +41,8 @@ bool isLetter(char32_t scalar);
 bool isDecimalDigit(char32_t scalar);
 /// The alphanumerics set: general categories L*, M* and N*.
 bool isAlphanumeric(char32_t scalar);
+/// Marks of punctuation: general categories P* but for the underscore's (Pc), which joins names.
+bool isPunctuation(char32_t scalar);
 /// White space (Unicode space separators and tab) and line breaks (U+000A to U+000D, U+0085,
 /// U+2028, U+2029).
 bool isWhitespaceOrNewline(char32_t scalar);

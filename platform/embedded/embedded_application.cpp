@@ -19,6 +19,7 @@ bool isControlCharacter(const std::string& character) {
 }  // namespace
 
 void EmbeddedApplication::focus(FrontApplication front) {
+  cursorMoved();
   front_ = std::move(front);
   deadKey_.reset();
 }

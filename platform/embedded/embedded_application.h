@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -31,6 +32,12 @@ class EmbeddedApplication {
   /// Another field gets the focus.
   void focus(FrontApplication front);
 
+  /// The selection was set by something else than a key or a click.
+  void cursorMoved() { ++placesOfCursor_; }
+
+  /// Grows with each new focus and each call of `cursorMoved`.
+  std::uint64_t placesOfCursor() const { return placesOfCursor_; }
+
   void keyDown(std::uint16_t keyCode, std::uint64_t flags, const std::string& unicodeString);
 
   /// A click, which ends what was being composed.
@@ -47,6 +54,7 @@ class EmbeddedApplication {
   EmbeddedInputSources& sources_;
   EmbeddedPasteboard& pasteboard_;
   FrontApplication front_;
+  std::uint64_t placesOfCursor_ = 0;
   XkbCompose compose_;
   std::optional<std::uint32_t> deadKey_;
 };

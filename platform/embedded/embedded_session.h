@@ -52,6 +52,7 @@ class EmbeddedSession : public Application, public Log, public Privacy, public W
     return front_.front().identifier;
   }
   bool isSecureEventInputEnabled() override { return front_.front().secure; }
+  std::uint64_t placesOfCursor() override { return front_.placesOfCursor(); }
   void open(std::string_view url) override;
 
  private:

@@ -13,25 +13,12 @@ constexpr std::size_t longestWord = 30;
 // From seven letters on a correction may be two letters away, before that one.
 constexpr std::size_t twoSlipsFrom = 7;
 
-// The least score of a correction of four letters, and how much lower it may be for each letter
-// more: a longer word has fewer words near it by chance.
-constexpr int leastScoreOfFour = 4;
-constexpr int leastScoreFalls = 3;
-constexpr std::size_t leastScoreFallsUntil = 12;
-// Words with a capital are often names that no dictionary has, words in capitals abbreviations; a
-// name is seldom meant by a word in lower case.
-constexpr int moreForCapitalised = 18;
-constexpr int moreForUpper = 10;
-constexpr int moreForName = 12;
-// How far the best candidate must be ahead of the next one.
-constexpr int lead = 3;
+// What a frequency level counts for: half, since the lists come from an encyclopedia, where "может"
+// is a million times as common as "можешь".
+int commonness(int level) { return level / 2; }
 
-// What a frequency level counts for. Above the knee differences count half: the lists come from an
-// encyclopedia, where "может" is a million times as common as "можешь".
-int commonness(int level) {
-  constexpr int knee = 20;
-  return level <= knee ? level : knee + (level - knee) * 9 / 16;
-}
+// Stands for the lead of a candidate that has no rival.
+constexpr int noRival = 100;
 
 // Walks the automaton with all ways to match at most two slips at once: bit i of `reached[d]` says
 // that the first i letters of the word can be read as the path so far with d slips.
@@ -102,15 +89,16 @@ bool mayBeMeant(const IndexedWord& word) {
   return word.dictionaryCase == LetterCase::lower || word.dictionaryCase == LetterCase::capitalised;
 }
 
-int leastScore(std::size_t letters, LetterCase typed, const IndexedWord& candidate) {
-  const std::size_t more = std::min(letters, leastScoreFallsUntil) - shortestWord;
-  int least = leastScoreOfFour - leastScoreFalls * static_cast<int>(more);
-  if (typed == LetterCase::capitalised) least += moreForCapitalised;
-  if (typed == LetterCase::upper) least += moreForUpper;
-  if (typed == LetterCase::lower && candidate.dictionaryCase != LetterCase::lower) {
-    least += moreForName;
+// "придёт" is no rival of "придет".
+void dropTwins(std::vector<CorrectionCandidate>& sorted) {
+  std::vector<CorrectionCandidate> kept;
+  for (CorrectionCandidate& candidate : sorted) {
+    const std::string folded = foldYo(candidate.word);
+    const bool isTwin = std::any_of(
+        kept.begin(), kept.end(), [&](const auto& other) { return foldYo(other.word) == folded; });
+    if (!isTwin) kept.push_back(std::move(candidate));
   }
-  return least;
+  sorted = std::move(kept);
 }
 
 std::string inCase(std::string_view code, LetterCase typed, LetterCase dictionary) {
@@ -137,7 +125,9 @@ std::vector<CorrectionCandidate> Corrector::candidates(std::string_view encoded)
     out.push_back({word, known, cost, commonness(known.frequency.level) - cost, true});
   });
   if (encoded.size() < twoSlipsFrom) addSwapped(encoded, out);
-  std::sort(out.begin(), out.end(), [](const auto& a, const auto& b) { return a.score > b.score; });
+  std::stable_sort(out.begin(), out.end(),
+                   [](const auto& a, const auto& b) { return a.score > b.score; });
+  dropTwins(out);
   return out;
 }
 
@@ -157,19 +147,18 @@ void Corrector::addSwapped(std::string_view encoded, std::vector<CorrectionCandi
 
 std::optional<std::string> Corrector::correct(std::u32string_view word) const {
   if (word.size() < shortestWord || word.size() > longestWord) return std::nullopt;
-  const auto code = encodeWord(word);
-  return code ? choose(word, candidates(*code)) : std::nullopt;
-}
-
-std::optional<std::string> Corrector::choose(std::u32string_view word,
-                                             const std::vector<CorrectionCandidate>& near) {
   const LetterCase typed = letterCaseOf(word);
-  if (near.empty() || typed == LetterCase::mixed) return std::nullopt;
+  const auto code = encodeWord(word);
+  if (!code || typed == LetterCase::mixed || odds_.isLeftAlone(*code)) return std::nullopt;
+  const auto near = candidates(*code);
+  if (near.empty() || !near.front().isAccepted) return std::nullopt;
   const CorrectionCandidate& best = near.front();
-  if (!best.isAccepted || best.score < leastScore(word.size(), typed, best.known)) {
-    return std::nullopt;
-  }
-  if (near.size() > 1 && best.score - near[1].score < lead) return std::nullopt;
+  // The word itself, in another case than the dictionary's.
+  if (foldYo(best.word) == foldYo(*code)) return std::nullopt;
+  const int lead = near.size() > 1 ? best.score - near[1].score : noRival;
+  const double odds = odds_.of({*code, best.word, typed, best.known.dictionaryCase,
+                                commonness(best.known.frequency.level), best.cost, lead});
+  if (odds < demandedOdds_) return std::nullopt;
   return inCase(best.word, typed, best.known.dictionaryCase);
 }
 

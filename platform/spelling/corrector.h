@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/spelling/correction_odds.h"
 #include "platform/spelling/slip_model.h"
 #include "platform/spelling/spelling_index.h"
 
@@ -26,17 +27,14 @@ struct CorrectionCandidate {
 /// Finds the one dictionary form that a misspelled word stands for, or none rather than a poor one.
 class Corrector {
  public:
-  /// Works on `index`, which must outlive it.
-  explicit Corrector(const SpellingIndex& index) : index_(index) {}
+  /// Works on `index`, which must outlive it, and corrects from these odds on (see CorrectionOdds).
+  explicit Corrector(const SpellingIndex& index, double demandedOdds = 0)
+      : index_(index), odds_(index), demandedOdds_(demandedOdds) {}
 
   /// The correction of a word, in the word's own letter case; nothing for words shorter than 4 or
-  /// longer than 30 letters, for words in mixed case, and when no form is clearly meant. At most
-  /// 3 ms for any word of up to 24 letters (see bench/).
+  /// longer than 30 letters, for words in mixed case, and when no form is clearly meant. A change
+  /// of case alone is no correction. For its time see bench/.
   [[nodiscard]] std::optional<std::string> correct(std::u32string_view word) const;
-
-  /// The one of a word's candidates that it is corrected to, in the word's own letter case.
-  [[nodiscard]] static std::optional<std::string> choose(
-      std::u32string_view word, const std::vector<CorrectionCandidate>& near);
 
   /// All dictionary forms within the accepted distance, and those with two letters swapped; best
   /// score first.
@@ -47,6 +45,8 @@ class Corrector {
 
   const SpellingIndex& index_;
   SlipModel slips_;
+  CorrectionOdds odds_;
+  double demandedOdds_;
 };
 
 }  // namespace kivra

@@ -119,11 +119,11 @@ void HunspellSpellChecker::loadAll() {
   }
 }
 
-std::unique_ptr<SpellingLanguage> HunspellSpellChecker::withHunspell(Prepared language) {
+std::unique_ptr<SpellingLanguage> HunspellSpellChecker::withHunspell(Prepared language) const {
   const DictionaryFiles& files = language.files;
   auto hunspell = std::make_unique<Hunspell>(files.aff.c_str(), files.dic.c_str());
   return std::make_unique<SpellingLanguage>(files.name, std::move(hunspell), language.encoding,
-                                            std::move(language.index));
+                                            std::move(language.index), options_.demandedOdds);
 }
 
 std::optional<HunspellSpellChecker::Prepared> HunspellSpellChecker::prepare(

@@ -32,6 +32,9 @@ class HunspellSpellChecker : public SpellChecker {
     std::vector<std::filesystem::path> dataDirectories;
     /// Where the index of each dictionary is kept, to start at once the next time; empty: nowhere.
     std::filesystem::path cacheDirectory;
+    /// From which odds on a word is corrected (see CorrectionOdds); for measuring other points than
+    /// the one that Kivra works at.
+    double demandedOdds = 0;
   };
 
   /// The directories of this system and user (XDG), and those beside the running program.
@@ -66,7 +69,7 @@ class HunspellSpellChecker : public SpellChecker {
 
   void loadAll();
   std::optional<Prepared> prepare(const std::string& code) const;
-  static std::unique_ptr<SpellingLanguage> withHunspell(Prepared language);
+  std::unique_ptr<SpellingLanguage> withHunspell(Prepared language) const;
   std::unique_ptr<SpellingIndex> loadIndex(const DictionaryFiles& files, const std::string& code,
                                            const DictionaryText& text) const;
   const SpellingLanguage* find(std::string_view language);

@@ -4,27 +4,28 @@
 #include <string>
 
 #include "platform/spelling/letter_code.h"
+#include "platform/spelling/sound_rewrites.h"
 
 namespace kivra {
 namespace {
 
 constexpr int anyLetter = 26;
-constexpr int neighbourKey = 17;
-constexpr int soundAlike = 11;
-constexpr int vowelForVowel = 17;
+constexpr int neighbourKey = 15;
+constexpr int soundAlike = 22;
+constexpr int vowelForVowel = 20;
 constexpr int yoForYe = 1;
-constexpr int swapped = 14;
-constexpr int droppedLetter = 18;
-constexpr int droppedTwin = 8;
-constexpr int droppedSign = 10;
-constexpr int droppedEndSign = 4;
-constexpr int addedLetter = 21;
-constexpr int addedTwin = 9;
-constexpr int addedSign = 10;
-constexpr int addedNeighbour = 16;
+constexpr int swapped = 20;
+constexpr int droppedLetter = 14;
+constexpr int droppedTwin = 7;
+constexpr int droppedSign = 9;
+constexpr int droppedEndSign = 1;
+constexpr int addedLetter = 28;
+constexpr int addedTwin = 13;
+constexpr int addedSign = 15;
+constexpr int addedNeighbour = 21;
 constexpr int droppedMute = 10;
-constexpr int addedMute = 12;
-constexpr int firstLetter = 12;
+constexpr int addedMute = 14;
+constexpr int firstLetter = 4;
 
 constexpr std::u32string_view rowsLatin[] = {U"qwertyuiop", U"asdfghjkl", U"zxcvbnm"};
 constexpr std::u32string_view rowsCyrillic[] = {U"йцукенгшщзхъ", U"фывапролджэ", U"ячсмитьбю"};
@@ -80,13 +81,6 @@ bool isMute(std::string_view word, std::size_t at) {
   return code == 'u' && (before == 'g' || before == 'o' || after == 'o');
 }
 
-// "щастье" for "счастье", "мущина" for "мужчина".
-bool isShchaFor(char typed, std::string_view meant) {
-  if (typed != cyrillicCode(U'щ') || meant[1] != cyrillicCode(U'ч')) return false;
-  return meant[0] == cyrillicCode(U'с') || meant[0] == cyrillicCode(U'з') ||
-         meant[0] == cyrillicCode(U'ж');
-}
-
 template <typename Rows, typename Callback>
 void forEachNeighbourPair(const Rows& rows, Callback&& callback) {
   // Rows are staggered: a key touches the one of its own number and the one before in the row
@@ -132,6 +126,12 @@ SlipModel::SlipModel() {
   }
   lowerTo(yoCode, yeCode, yoForYe);
   lowerTo(yeCode, yoCode, yoForYe);
+  for (const SoundRewrite& rewrite : soundRewrites()) {
+    const auto typed = encodeWord(rewrite.typed);
+    const auto meant = encodeWord(rewrite.meant);
+    if (!typed || !meant) continue;
+    rewrites_[classOf(typed->back())].push_back({*typed, *meant, rewrite.cost, rewrite.place});
+  }
 }
 
 int SlipModel::substitution(char typed, char meant) const {
@@ -164,33 +164,42 @@ int SlipModel::added(std::string_view typed, std::size_t at) const {
   return addedLetter + (at == 0 ? firstLetter : 0);
 }
 
+bool SlipModel::Rewrite::endsAt(std::string_view typedSoFar, std::string_view meantSoFar,
+                                bool complete) const {
+  if (!typedSoFar.ends_with(typed) || !meantSoFar.ends_with(meant)) return false;
+  if (place == SoundRewrite::Place::end) return complete;
+  return place == SoundRewrite::Place::anywhere ||
+         (typedSoFar.size() == typed.size() && meantSoFar.size() == meant.size());
+}
+
 int SlipModel::cost(std::string_view typed, std::string_view meant) const {
   if (typed.size() > longestWord || meant.size() > longestWord) return impossible;
-  std::array<std::array<int, longestWord + 1>, 3> rows;
+  // cells[i][j]: the first i letters were typed where the first j were meant.
+  std::array<std::array<int, longestWord + 1>, longestWord + 1> cells;
   for (std::size_t i = 0; i <= typed.size(); ++i) {
-    auto& row = rows[i % 3];
-    const auto& above = rows[(i + 2) % 3];
-    const auto& twoAbove = rows[(i + 1) % 3];
     for (std::size_t j = 0; j <= meant.size(); ++j) {
       int best = i == 0 && j == 0 ? 0 : impossible;
-      if (i > 0) best = std::min(best, above[j] + added(typed, i - 1));
-      if (j > 0) best = std::min(best, row[j - 1] + dropped(meant, j - 1));
+      if (i > 0) best = std::min(best, cells[i - 1][j] + added(typed, i - 1));
+      if (j > 0) best = std::min(best, cells[i][j - 1] + dropped(meant, j - 1));
       if (i > 0 && j > 0) {
         const int step = substitution(typed[i - 1], meant[j - 1]);
         const int first = i == 1 && step > yoForYe ? firstLetter : 0;
-        best = std::min(best, above[j - 1] + step + first);
-      }
-      if (i > 0 && j > 1 && isShchaFor(typed[i - 1], meant.substr(j - 2, 2))) {
-        best = std::min(best, above[j - 2] + soundAlike);
+        best = std::min(best, cells[i - 1][j - 1] + step + first);
+        const bool complete = i == typed.size() && j == meant.size();
+        for (const Rewrite& rewrite : rewrites_[classOf(typed[i - 1])]) {
+          if (!rewrite.endsAt(typed.substr(0, i), meant.substr(0, j), complete)) continue;
+          const auto& before = cells[i - rewrite.typed.size()];
+          best = std::min(best, before[j - rewrite.meant.size()] + rewrite.cost);
+        }
       }
       if (i > 1 && j > 1 && typed[i - 1] == meant[j - 2] && typed[i - 2] == meant[j - 1] &&
           typed[i - 1] != typed[i - 2]) {
-        best = std::min(best, twoAbove[j - 2] + swapped);
+        best = std::min(best, cells[i - 2][j - 2] + swapped);
       }
-      row[j] = best;
+      cells[i][j] = best;
     }
   }
-  return rows[typed.size() % 3][meant.size()];
+  return cells[typed.size()][meant.size()];
 }
 
 }  // namespace kivra

@@ -13,7 +13,7 @@ namespace kivra {
 namespace {
 
 constexpr std::uint64_t indexMagic = 0x3158444E4956494BULL;  // "KIVINDX1" as bytes
-constexpr std::uint32_t formatVersion = 1;
+constexpr std::uint32_t formatVersion = 2;
 
 // Flags byte of a word: the dictionary's case and membership, then what the lists saw, shifted.
 constexpr std::uint8_t caseMask = 0x03;
@@ -119,8 +119,8 @@ struct WordBytes {
 
 // One word out of a run of equal entries of the pile.
 void addWord(const FormPile& pile, std::size_t begin, std::size_t end,
-             const WordFrequencies& frequencies, WordAutomatonBuilder& automaton,
-             WordBytes& bytes) {
+             const WordFrequencies& frequencies, WordAutomatonBuilder& automaton, WordBytes& bytes,
+             LetterHabitsBuilder& habits) {
   std::uint8_t plainest = 0xFF;
   bool forbidden = false;
   for (std::size_t i = begin; i < end; ++i) {
@@ -135,6 +135,7 @@ void addWord(const FormPile& pile, std::size_t begin, std::size_t end,
   const bool inDictionary = plainest != 0xFF && !forbidden;
   if (!inDictionary && (forbidden || frequency.level == 0)) return;
   automaton.add(word);
+  if (inDictionary) habits.add(word);
   bytes.add(inDictionary ? static_cast<std::uint8_t>(plainest | inDictionaryBit) : 0, frequency);
 }
 
@@ -162,10 +163,11 @@ std::string SpellingIndex::build(const FormSource& forms, const WordFrequencies&
 
   WordAutomatonBuilder automaton;
   WordBytes bytes;
+  LetterHabitsBuilder habits;
   for (std::size_t begin = 0; begin < pile.size();) {
     std::size_t end = begin + 1;
     while (end < pile.size() && pile.word(end) == pile.word(begin)) ++end;
-    addWord(pile, begin, end, frequencies, automaton, bytes);
+    addWord(pile, begin, end, frequencies, automaton, bytes, habits);
     begin = end;
   }
 
@@ -177,11 +179,12 @@ std::string SpellingIndex::build(const FormSource& forms, const WordFrequencies&
   header.hasFrequencies = frequencies.empty() ? 0 : 1;
   std::string block;
   block.reserve(sizeof(Header) + automaton.edges().size() * sizeof(AutomatonEdge) +
-                bytes.levels.size() * 2);
+                bytes.levels.size() * 2 + LetterHabits::tableSize);
   append(block, &header, 1);
   append(block, automaton.edges().data(), automaton.edges().size());
   append(block, bytes.levels.data(), bytes.levels.size());
   append(block, bytes.flags.data(), bytes.flags.size());
+  block += habits.finish();
   header.checksum = checksumOf(std::span(block).subspan(sizeof(Header)));
   std::memcpy(block.data(), &header, sizeof(Header));
   return block;
@@ -196,7 +199,9 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
     return false;
   }
   const std::size_t edgeBytes = std::size_t{header.edgeCount} * sizeof(AutomatonEdge);
-  if (block.size() != sizeof(Header) + edgeBytes + std::size_t{header.wordCount} * 2) return false;
+  const std::size_t wordBytes = std::size_t{header.wordCount} * 2;
+  if (block.size() != sizeof(Header) + edgeBytes + wordBytes + LetterHabits::tableSize)
+    return false;
   const std::span<const char> body = block.subspan(sizeof(Header));
   if (checksumOf(body) != header.checksum || header.edgeCount == 0) return false;
   const std::span edges(reinterpret_cast<const AutomatonEdge*>(body.data()), header.edgeCount);
@@ -205,6 +210,7 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   const auto* words = reinterpret_cast<const std::uint8_t*>(body.data() + edgeBytes);
   levels_ = {words, header.wordCount};
   flags_ = {words + header.wordCount, header.wordCount};
+  habits_ = LetterHabits({words + wordBytes, LetterHabits::tableSize});
   hasFrequencies_ = header.hasFrequencies != 0;
   return true;
 }

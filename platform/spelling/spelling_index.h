@@ -11,6 +11,7 @@
 #include <string_view>
 
 #include "platform/spelling/letter_code.h"
+#include "platform/spelling/letter_habits.h"
 #include "platform/spelling/word_automaton.h"
 #include "platform/spelling/word_frequencies.h"
 
@@ -27,7 +28,8 @@ struct IndexedWord {
 };
 
 /// All forms of one dictionary and all words of its frequency list, in one file-like block of
-/// memory that is read in place: an automaton and two bytes a word.
+/// memory that is read in place: an automaton, two bytes a word, and the letter habits of the
+/// forms.
 class SpellingIndex {
  public:
   /// Calls its argument with every dictionary form in turn, and whether the form is allowed.
@@ -61,6 +63,8 @@ class SpellingIndex {
 
   [[nodiscard]] const WordAutomaton& automaton() const { return automaton_; }
 
+  [[nodiscard]] const LetterHabits& habits() const { return habits_; }
+
  private:
   struct Mapping;
 
@@ -72,6 +76,7 @@ class SpellingIndex {
   WordAutomaton automaton_;
   std::span<const std::uint8_t> levels_;
   std::span<const std::uint8_t> flags_;
+  LetterHabits habits_;
   bool hasFrequencies_ = false;
 };
 

@@ -16,13 +16,25 @@ constexpr std::size_t shortForm = 4;
 
 constexpr std::u32string_view oneLetterWords = U"aiавикосуя";
 
+// The English words of two letters; the other forms of two letters in the dictionary are
+// abbreviations, whose keys give pieces of Russian words.
+constexpr std::u32string_view twoLetterWords =
+    U" ad ah am an as at aw ax be by do ed eh em er ex go ha he hi hm ho id if in is it la lo ma "
+    U"me "
+    U"mr ms my no of oh ok on or ow ox oz pa pc re sh so ta to tv uh um up us we ye yo ";
+
+// The least level of a dictionary form of three letters: "inf" has the keys of "шта".
+constexpr int leastLevelOfThree = 20;
+
+// Abbreviations in capitals: up to this many letters, and the least levels, the second for those
+// whose keys give a common word of the other language.
+constexpr std::size_t longestAbbreviation = 4;
+constexpr int leastLevelOfAbbreviation = 17;
+constexpr int leastLevelOfShadowed = 20;
+
 // The least level at which a counted word of up to shortForm letters is left alone though the
 // dictionary lacks it: 7 in a million words.
 constexpr int shortListedLevel = 26;
-// The lists of words from web pages have misspellings in them. Such a word is not left alone when a
-// word close by outweighs it by more than this.
-constexpr int suspicion = -8;
-
 std::string toUtf8(std::u32string_view word) {
   std::string out;
   for (const char32_t c : word) appendUtf8(out, c);
@@ -31,6 +43,22 @@ std::string toUtf8(std::u32string_view word) {
 
 std::size_t letterCount(std::u32string_view word) {
   return static_cast<std::size_t>(std::count_if(word.begin(), word.end(), isLetterScalar));
+}
+
+bool isLatin(std::u32string_view word) { return word.front() < 0x400; }
+
+bool isTwoLetterWord(std::u32string_view word) {
+  std::u32string between = U" ";
+  for (const char32_t c : word) between.push_back(lowerScalar(c));
+  between.push_back(U' ');
+  return twoLetterWords.find(between) != std::u32string_view::npos;
+}
+
+bool isAbbreviation(std::u32string_view word, const IndexedWord& known) {
+  if (word.size() > longestAbbreviation || letterCaseOf(word) != LetterCase::upper) return false;
+  const bool shadowed = (known.frequency.seen & seenShadowed) != 0;
+  return (known.frequency.seen & seenUpper) != 0 &&
+         known.frequency.level >= (shadowed ? leastLevelOfShadowed : leastLevelOfAbbreviation);
 }
 
 // A list shows the word in the case in which it was typed, or in one that may become it: a word
@@ -52,12 +80,14 @@ bool caseFits(LetterCase typed, std::uint8_t seen) {
 }  // namespace
 
 SpellingLanguage::SpellingLanguage(std::string name, std::unique_ptr<Hunspell> hunspell,
-                                   std::string encoding, std::unique_ptr<SpellingIndex> index)
+                                   std::string encoding, std::unique_ptr<SpellingIndex> index,
+                                   double demandedOdds)
     : name_(std::move(name)),
       hunspell_(std::move(hunspell)),
       encoding_(std::move(encoding)),
       index_(std::move(index)),
-      corrector_(*index_) {}
+      formation_(*index_),
+      corrector_(*index_, demandedOdds) {}
 
 SpellingLanguage::~SpellingLanguage() = default;
 
@@ -83,12 +113,21 @@ bool SpellingLanguage::isValidWhole(std::u32string_view word) const {
     return oneLetterWords.find(lowerScalar(word.front())) != std::u32string_view::npos;
   }
   const auto known = lookUp(word);
+  if (known && isAbbreviation(word, *known)) return true;
   if (known && (known->frequency.seen & seenShadowed) != 0) return false;
-  if (dictionaryHas(word)) {
-    return letters > shortForm || !index_->hasFrequencies() ||
-           (known && known->frequency.level > 0);
-  }
-  return known && listsKnow(word, *known);
+  if (dictionaryHas(word)) return !index_->hasFrequencies() || isUsed(word, known);
+  if (known && listsKnow(word, *known)) return true;
+  const auto code = encodeWord(word);
+  return code && letters > shortForm && formation_.isVariant(*code);
+}
+
+bool SpellingLanguage::isUsed(std::u32string_view word,
+                              const std::optional<IndexedWord>& known) const {
+  if (letterCount(word) > shortForm) return true;
+  if (!known || known->frequency.level == 0) return false;
+  if (!isLatin(word)) return true;
+  if (word.size() == 2) return isTwoLetterWord(word);
+  return word.size() > 3 || known->frequency.level >= leastLevelOfThree;
 }
 
 std::optional<IndexedWord> SpellingLanguage::lookUp(std::u32string_view word) const {
@@ -128,12 +167,8 @@ bool SpellingLanguage::listsKnow(std::u32string_view word, const IndexedWord& kn
   if (frequency.level == 0) return false;
   // A name written without its capital is left alone too, but not "иТог".
   if (typed == LetterCase::mixed && !caseFits(typed, frequency.seen)) return false;
-  if (counted) return true;
-  const auto code = encodeWord(word);
-  if (!code) return false;
-  const auto near = corrector_.candidates(*code);
-  if (near.empty() || near.front().score - frequency.level < suspicion) return true;
-  return !Corrector::choose(word, near);
+  // The lists of words from web pages have misspellings in them.
+  return counted || !correct(word);
 }
 
 std::optional<std::string> SpellingLanguage::correct(std::u32string_view word) const {

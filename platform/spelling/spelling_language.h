@@ -17,9 +17,9 @@ namespace kivra {
 /// and for corrections. To be used by one thread at a time.
 class SpellingLanguage {
  public:
-  /// `encoding` is the one in which `hunspell` takes its words.
+  /// `encoding` is the one in which `hunspell` takes its words; for `demandedOdds` see Corrector.
   SpellingLanguage(std::string name, std::unique_ptr<Hunspell> hunspell, std::string encoding,
-                   std::unique_ptr<SpellingIndex> index);
+                   std::unique_ptr<SpellingIndex> index, double demandedOdds = 0);
   ~SpellingLanguage();
 
   [[nodiscard]] const std::string& name() const { return name_; }
@@ -38,6 +38,8 @@ class SpellingLanguage {
 
  private:
   [[nodiscard]] bool isValidWhole(std::u32string_view word) const;
+  [[nodiscard]] bool isUsed(std::u32string_view word,
+                            const std::optional<IndexedWord>& known) const;
   [[nodiscard]] bool isValidByParts(std::u32string_view word) const;
   [[nodiscard]] bool dictionaryHas(std::u32string_view word) const;
   [[nodiscard]] std::optional<IndexedWord> lookUp(std::u32string_view word) const;
@@ -47,6 +49,7 @@ class SpellingLanguage {
   std::unique_ptr<Hunspell> hunspell_;
   std::string encoding_;
   std::unique_ptr<SpellingIndex> index_;
+  WordFormation formation_;
   Corrector corrector_;
 };
 

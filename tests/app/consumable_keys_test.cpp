@@ -80,6 +80,13 @@ TEST_F(ConsumableKeys, FollowTheSettings) {
   EXPECT_TRUE(taps_.has(40, event_flags::command));
   EXPECT_FALSE(taps_.has(35, controlOption));
   EXPECT_FALSE(taps_.has(key_codes::pause, 0));
+  EXPECT_FALSE(taps_.has(44, event_flags::shift));
+  settings.extendedRules.set(true);
+  desktop_.time.runFor(std::chrono::milliseconds(1));
+  EXPECT_TRUE(taps_.has(44, event_flags::shift) && taps_.has(44, 0)) << "a mark in both layouts";
+  EXPECT_TRUE(taps_.has(18, event_flags::shift));
+  EXPECT_FALSE(taps_.has(18, 0)) << "a digit";
+  EXPECT_FALSE(taps_.has(43, 0)) << "a letter in Russian";
   settings.isEnabled.set(false);
   desktop_.time.runFor(std::chrono::milliseconds(1));
   EXPECT_TRUE(taps_.announced.empty());

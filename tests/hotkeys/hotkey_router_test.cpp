@@ -29,8 +29,9 @@ struct Recorder : HotkeyRouterDelegate {
   }
   void routerDidRequestManualSwitch() override { log += "switch "; }
   void routerDidRequestUndo() override { log += "undo "; }
-  void routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) override {
+  bool routerDidTypeKey(std::uint16_t keyCode, std::uint64_t flags) override {
     log += "key:" + std::to_string(keyCode) + ":" + std::to_string(flags) + " ";
+    return false;
   }
   bool routerDidReachWordBoundary(std::optional<std::uint16_t> keyCode) override {
     log += keyCode ? "end:" + std::to_string(*keyCode) + " " : "break ";

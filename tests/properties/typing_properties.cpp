@@ -55,8 +55,9 @@ rc::Gen<std::vector<Key>> words() {
   const auto other =
       rc::gen::pair(rc::gen::element<std::uint16_t>(49, 49, 49, 36, 48, 51, 53, 123, 18, 50),
                     rc::gen::just(false));
+  const auto mark = rc::gen::pair(rc::gen::just<std::uint16_t>(44), rc::gen::arbitrary<bool>());
   return rc::gen::container<std::vector<Key>>(rc::gen::map(
-      rc::gen::weightedOneOf<std::pair<std::uint16_t, bool>>({{4, letter}, {1, other}}),
+      rc::gen::weightedOneOf<std::pair<std::uint16_t, bool>>({{8, letter}, {2, other}, {1, mark}}),
       [](const auto& pair) {
         return Key{pair.first, pair.second};
       }));
@@ -81,6 +82,7 @@ RC_GTEST_PROP(Typing, SwitchedOffItIsAnOrdinaryKeyboard, ()) {
 RC_GTEST_PROP(Typing, AnUndoRightAfterAChangeGivesBackWhatWasTyped, ()) {
   const auto keys = *words();
   TypingRun run;
+  run.app.services.settings().extendedRules.set(*rc::gen::arbitrary<bool>());
   EmbeddedDesktop bare(nullptr, nullptr);
   for (const auto& key : keys) {
     const auto flags = key.shift ? event_flags::shift : 0;

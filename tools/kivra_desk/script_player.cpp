@@ -186,6 +186,7 @@ void ScriptPlayer::select(const Operation& operation) {
   if (!session_.desktop().application.front().field.select(begin, end)) {
     throw ScriptError("the range is outside the text");
   }
+  session_.desktop().application.cursorMoved();
 }
 
 void ScriptPlayer::putDefault(const Operation& operation) {

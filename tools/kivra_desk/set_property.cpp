@@ -68,6 +68,7 @@ const std::map<std::string, Assign>& properties() {
       {"autoSwitchEnabled", assign(&SettingsStore::autoSwitchEnabled)},
       {"autoFixDoubleCapitals", assign(&SettingsStore::autoFixDoubleCapitals)},
       {"autoCorrectTypos", assign(&SettingsStore::autoCorrectTypos)},
+      {"extendedRules", assign(&SettingsStore::extendedRules)},
       {"skipBundleIDs", assign(&SettingsStore::skipBundleIDs)},
       {"translationEngine", assign(&SettingsStore::translationEngine)},
       {"translateCombo", assign(&SettingsStore::translateCombo)},

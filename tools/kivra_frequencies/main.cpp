@@ -248,8 +248,8 @@ std::string twinOf(std::string_view code) {
 // these ratios the words lost are 1 or 2 in 10,000 of running text, the words won one in ten. The
 // ratio is higher where Russian words would be lost, as the lists, made from an encyclopedia, make
 // too little of the words of stories and talk.
-constexpr double russianWinsAt = 5;
-constexpr double englishWinsAt = 40;
+constexpr double russianWinsAt = 15;
+constexpr double englishWinsAt = 80;
 
 void markShadowed(Table& table, const Table& others, double ratio) {
   for (auto& [code, entry] : table) {

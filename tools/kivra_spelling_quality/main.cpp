@@ -1,40 +1,57 @@
 // Prints how good the decisions about words are on lists and texts of your own:
 //
-//   kivra-spelling-quality [-v] [-y] LIST.ru.tsv TEXT.ru.txt LIST.en.tsv TEXT.en.txt ...
+//   kivra-spelling-quality [-v] [-c] [-s] LIST.ru.tsv TEXT.ru.txt LIST.en.tsv TEXT.en.txt ...
 //
 // A .tsv file holds lines "typed<TAB>meant", any other file is correct running text; "ru" before
-// the extension makes it Russian. -v prints each failure, -y puts hunspell's own first suggestion
-// beside ours.
+// the extension makes it Russian. -v prints each failure. -s adds two lists for each text, of its
+// words with one slip of the hand and one of the ear. -c prints the curve: what comes of it at
+// other odds than those that Kivra demands, beside hunspell's and aspell's first suggestions, for
+// the half of the words that the weights were fitted on and for the half that judges them.
+// tools/spelling-lists makes such files from Debian packages.
 
+#include <cmath>
 #include <cstdio>
 #include <fstream>
-#include <hunspell.hxx>
 #include <iterator>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/spelling/hunspell_spell_checker.h"
+#include "slip_maker.h"
 #include "spelling_quality.h"
+#include "yardsticks.h"
 
 namespace {
 
-using kivra::quality::Oracle;
-using kivra::quality::Shares;
+using namespace kivra::quality;
 
-Oracle yardstick() {
-  const auto make = [](const std::string& name) {
-    const std::string base = "/usr/share/hunspell/" + name;
-    return std::make_shared<Hunspell>((base + ".aff").c_str(), (base + ".dic").c_str());
-  };
-  const auto russian = make("ru_RU");
-  const auto english = make("en_US");
-  return {[=](const std::string& word, bool ru) { return (ru ? russian : english)->spell(word); },
-          [=](const std::string& word, bool ru) -> std::optional<std::string> {
-            const auto list = (ru ? russian : english)->suggest(word);
-            if (list.empty()) return std::nullopt;
-            return list.front();
-          }};
+struct Sample {
+  std::string name;
+  std::string text;
+  bool isList = false;
+  bool russian = false;
+};
+
+constexpr std::size_t slipsOfAText = 2000;
+constexpr double mostOdds = 4;
+
+Sample readSample(const std::string& path) {
+  std::ifstream in(path, std::ios::binary);
+  return {path.substr(path.find_last_of('/') + 1),
+          std::string(std::istreambuf_iterator<char>(in), {}), path.ends_with(".tsv"),
+          path.find(".ru.") != std::string::npos};
+}
+
+void addSlips(std::vector<Sample>& samples) {
+  const std::size_t given = samples.size();
+  for (std::size_t i = 0; i < given; ++i) {
+    const Sample sample = samples[i];
+    if (sample.isList) continue;
+    samples.push_back({"hand:" + sample.name, slipsIn(sample.text, SlipKind::hand, slipsOfAText),
+                       true, sample.russian});
+    samples.push_back({"ear:" + sample.name, slipsIn(sample.text, SlipKind::ear, slipsOfAText),
+                       true, sample.russian});
+  }
 }
 
 void print(const char* what, const Shares& shares, bool verbose) {
@@ -44,43 +61,90 @@ void print(const char* what, const Shares& shares, bool verbose) {
   for (const std::string& note : shares.notes) std::printf("    %s\n", note.c_str());
 }
 
-void measure(const Oracle& oracle, const std::string& path, bool verbose) {
-  std::ifstream in(path, std::ios::binary);
-  const std::string text(std::istreambuf_iterator<char>(in), {});
-  const bool russian = path.find(".ru.") != std::string::npos;
-  std::printf("%s\n", path.c_str());
-  if (path.ends_with(".tsv")) {
-    print("misspellings", misspellings(oracle, text, russian), verbose);
+void measure(const Oracle& oracle, const Sample& sample, bool verbose) {
+  std::printf("%s\n", sample.name.c_str());
+  if (sample.isList) {
+    const Halves halves = misspellings(oracle, sample.text, sample.russian);
+    print("misspellings, to fit", halves.fitting, false);
+    print("misspellings, to judge", halves.judging, verbose);
     return;
   }
-  print("text corrected", correctedText(oracle, text, russian), verbose);
-  print("text switched", switchedText(oracle, text, russian), verbose);
-  print("typed in the other layout", wrongLayout(oracle, text, russian), verbose);
+  print("text corrected", correctedText(oracle, sample.text, sample.russian).both(), verbose);
+  print("text switched", switchedText(oracle, sample.text, sample.russian), verbose);
+  print("typed in the other layout", wrongLayout(oracle, sample.text, sample.russian), verbose);
+}
+
+Halves pointOf(const Oracle& oracle, const Sample& sample) {
+  return sample.isList ? misspellings(oracle, sample.text, sample.russian)
+                       : correctedText(oracle, sample.text, sample.russian);
+}
+
+void printPoint(const std::string& name, const Oracle& oracle, const std::vector<Sample>& samples) {
+  std::vector<Halves> points;
+  for (const Sample& sample : samples) points.push_back(pointOf(oracle, sample));
+  for (const bool fitting : {true, false}) {
+    std::printf("%-14s %-6s", name.c_str(), fitting ? "fit" : "judge");
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      const Shares& shares = fitting ? points[i].fitting : points[i].judging;
+      if (samples[i].isList) {
+        std::printf("  %5.1f /%5.1f", shares.rightPercent(), shares.wrongPercent());
+      } else {
+        std::printf("  %12.3f", shares.wrongPercent());
+      }
+    }
+    std::printf("\n");
+  }
+  std::fflush(stdout);
+}
+
+void printCurve(const std::vector<Sample>& samples) {
+  std::printf("right / wrong of a list, changed of a text, per cent; the columns:\n");
+  for (const Sample& sample : samples) std::printf("  %s\n", sample.name.c_str());
+  for (double odds = -mostOdds; odds <= mostOdds; odds += odds < -1 || odds >= 1 ? 1 : 0.5) {
+    auto options = kivra::HunspellSpellChecker::systemOptions();
+    options.demandedOdds = odds;
+    kivra::HunspellSpellChecker checker(options);
+    checker.waitUntilLoaded();
+    const bool isKivra = std::abs(odds) < 0.01;
+    char name[32];
+    std::snprintf(name, sizeof(name), "odds %+.1f%s", odds, isKivra ? " Kivra" : "");
+    printPoint(name, oracleOf(checker), samples);
+  }
+  printPoint("hunspell", hunspellYardstick(), samples);
+  std::vector<AskedWord> asked;
+  for (const Sample& sample : samples) pointOf(recorder(asked), sample);
+  if (const auto aspell = aspellYardstick(asked)) {
+    printPoint("aspell", *aspell, samples);
+  } else {
+    std::printf("aspell is not installed for both languages\n");
+  }
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
   bool verbose = false;
-  bool compare = false;
-  std::vector<std::string> files;
+  bool curve = false;
+  bool slips = false;
+  std::vector<Sample> samples;
   for (int i = 1; i < argc; ++i) {
     const std::string argument = argv[i];
     if (argument == "-v") {
       verbose = true;
-    } else if (argument == "-y") {
-      compare = true;
+    } else if (argument == "-c") {
+      curve = true;
+    } else if (argument == "-s") {
+      slips = true;
     } else {
-      files.push_back(argument);
+      samples.push_back(readSample(argument));
     }
+  }
+  if (slips) addSlips(samples);
+  if (curve) {
+    printCurve(samples);
+    return 0;
   }
   kivra::HunspellSpellChecker checker;
   checker.waitUntilLoaded();
-  const Oracle oracle = kivra::quality::oracleOf(checker);
-  for (const std::string& file : files) {
-    measure(oracle, file, verbose);
-    if (!compare) continue;
-    std::printf("with hunspell's first suggestion: ");
-    measure(yardstick(), file, verbose);
-  }
+  for (const Sample& sample : samples) measure(oracleOf(checker), sample, verbose);
 }

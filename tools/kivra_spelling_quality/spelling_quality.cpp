@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <initializer_list>
 
 #include "platform/spelling/letter_code.h"
@@ -124,16 +125,17 @@ void forEachWord(std::string_view text, bool russian, Word&& word) {
   }
 }
 
-Shares changedText(const Oracle& oracle, std::string_view text, bool russian, Change change) {
-  Shares shares;
+Halves changedText(const Oracle& oracle, std::string_view text, bool russian, Change change) {
+  Halves halves;
   forEachWord(text, russian, [&](std::u32string_view word) {
+    Shares& shares = isForFitting(word) ? halves.fitting : halves.judging;
     ++shares.words;
     const auto outcome = decide(oracle, word, russian, russian);
     if (!outcome || outcome->change != change) return;
     ++shares.wrong;
     shares.notes.push_back(toUtf8(word) + " > " + outcome->text);
   });
-  return shares;
+  return halves;
 }
 
 }  // namespace
@@ -183,8 +185,30 @@ std::optional<Outcome> decide(const Oracle& oracle, std::u32string_view meant, b
   return correctTypo(oracle, typed, typedRussian);
 }
 
-Shares misspellings(const Oracle& oracle, std::string_view list, bool russian) {
-  Shares shares;
+Shares& Shares::operator+=(const Shares& other) {
+  words += other.words;
+  right += other.right;
+  wrong += other.wrong;
+  notes.insert(notes.end(), other.notes.begin(), other.notes.end());
+  return *this;
+}
+
+Shares Halves::both() const {
+  Shares sum = fitting;
+  sum += judging;
+  return sum;
+}
+
+bool isForFitting(std::u32string_view word) {
+  std::uint32_t hash = 2166136261U;
+  for (const char byte : toUtf8(lowered(word))) {
+    hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619U;
+  }
+  return ((hash >> 7U) & 1U) == 0;
+}
+
+Halves misspellings(const Oracle& oracle, std::string_view list, bool russian) {
+  Halves halves;
   const std::u32string text = decodeUtf8(list);
   for (std::size_t pos = 0; pos < text.size();) {
     const std::size_t end = std::min(text.find(U'\n', pos), text.size());
@@ -192,6 +216,7 @@ Shares misspellings(const Oracle& oracle, std::string_view list, bool russian) {
     pos = end + 1;
     const std::size_t tab = line.find(U'\t');
     if (tab == std::u32string_view::npos) continue;
+    Shares& shares = isForFitting(line.substr(tab + 1)) ? halves.fitting : halves.judging;
     ++shares.words;
     const std::string meant = toUtf8(line.substr(tab + 1));
     const auto outcome = decide(oracle, line.substr(0, tab), russian, russian);
@@ -206,15 +231,15 @@ Shares misspellings(const Oracle& oracle, std::string_view list, bool russian) {
       shares.notes.push_back(joined({valid ? "V " : "- ", typed, " stays, not ", meant}));
     }
   }
-  return shares;
+  return halves;
 }
 
-Shares correctedText(const Oracle& oracle, std::string_view text, bool russian) {
+Halves correctedText(const Oracle& oracle, std::string_view text, bool russian) {
   return changedText(oracle, text, russian, Change::corrected);
 }
 
 Shares switchedText(const Oracle& oracle, std::string_view text, bool russian) {
-  return changedText(oracle, text, russian, Change::switched);
+  return changedText(oracle, text, russian, Change::switched).both();
 }
 
 Shares wrongLayout(const Oracle& oracle, std::string_view text, bool russian) {

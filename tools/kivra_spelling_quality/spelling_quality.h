@@ -44,17 +44,31 @@ struct Shares {
   [[nodiscard]] double rightPercent() const { return percent(right); }
   [[nodiscard]] double wrongPercent() const { return percent(wrong); }
 
+  Shares& operator+=(const Shares& other);
+
  private:
   [[nodiscard]] double percent(std::size_t part) const {
     return words == 0 ? 0 : 100.0 * static_cast<double>(part) / static_cast<double>(words);
   }
 };
 
+/// The same counts for the words that the program's weights may be fitted on and for those that it
+/// is judged by. Which half a word is in depends on nothing but its letters.
+struct Halves {
+  Shares fitting;
+  Shares judging;
+
+  [[nodiscard]] Shares both() const;
+};
+
+/// Whether the weights may be fitted on a word (for a misspelling: the word meant).
+bool isForFitting(std::u32string_view word);
+
 /// Lines "typed<TAB>meant": how many are set right and how many to something else.
-Shares misspellings(const Oracle& oracle, std::string_view list, bool russian);
+Halves misspellings(const Oracle& oracle, std::string_view list, bool russian);
 
 /// Correct text in its own layout: `wrong` counts the words corrected.
-Shares correctedText(const Oracle& oracle, std::string_view text, bool russian);
+Halves correctedText(const Oracle& oracle, std::string_view text, bool russian);
 
 /// Correct text in its own layout: `wrong` counts the words switched.
 Shares switchedText(const Oracle& oracle, std::string_view text, bool russian);
