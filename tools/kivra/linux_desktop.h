@@ -3,6 +3,7 @@
 #include <string>
 
 #include "linux_text_services.h"
+#include "old_tray.h"
 #include "platform/atspi/accessibility_bus.h"
 #include "platform/defaults/sqlite_defaults_database.h"
 #include "platform/platform.h"
@@ -18,7 +19,6 @@
 #include "platform/session/standard_error_log.h"
 #include "platform/session/system_clock.h"
 #include "platform/spelling/hunspell_spell_checker.h"
-#include "platform/x11/system_tray.h"
 #include "platform/x11/x11_desktop.h"
 
 namespace kivra {
@@ -59,7 +59,7 @@ class LinuxDesktop : public Privacy {
   LinuxTextServices text_;
   qt::QtAlerts alerts_;
   qt::QtLocalKeyMonitors localKeyMonitors_;
-  qt::QtStatusBar statusBar_{log_, x11::hasSystemTray};
+  qt::QtStatusBar statusBar_{log_, oldTray};
   qt::QtWindows windows_;
   std::string reportedAccessibility_;
   std::string reportedInput_;
