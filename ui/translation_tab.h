@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/terms.h"
 #include "settings/settings_store.h"
 #include "text/keychain_store.h"
 #include "text/text_engines.h"
@@ -15,7 +16,7 @@ namespace kivra {
 class TranslationTab : public HostedView, public std::enable_shared_from_this<TranslationTab> {
  public:
   TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
-                 TextEngines& engines);
+                 TextEngines& engines, const Terms& terms);
 
   View body() override;
 
@@ -28,6 +29,7 @@ class TranslationTab : public HostedView, public std::enable_shared_from_this<Tr
   std::shared_ptr<SettingsStore> settings_;
   KeychainStore& keychain_;
   TextEngines& engines_;
+  const Terms& terms_;
   std::string deepLKey_;
   bool isWriting_ = false;
 };

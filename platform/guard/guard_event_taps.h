@@ -34,6 +34,8 @@ class GuardEventTaps : public EventTaps {
     /// What the application in front needs between erasing and typing.
     std::function<std::chrono::milliseconds()> pauseAfterErasing;
     std::function<void()> postRefused;
+    /// A key that the program's own windows take, before the tap does.
+    std::function<bool(const Event&)> isTakenByOwnWindow = [](const Event&) { return false; };
   };
 
   explicit GuardEventTaps(Environment environment);

@@ -22,6 +22,7 @@
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/symbol.h"
+#include "platform/session/linux_terms.h"
 
 namespace {
 
@@ -122,7 +123,8 @@ class Gallery {
   kivra::qt::QtWindows windows_;
   kivra::qt::QtLocalKeyMonitors monitors_;
   kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::oldTray};
-  kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_)};
+  kivra::LinuxTerms terms_;
+  kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_, terms_)};
   QTimer clock_;
 };
 
