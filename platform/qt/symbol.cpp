@@ -1,11 +1,11 @@
 #include "platform/qt/symbol.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainterPath>
 #include <QPalette>
-#include <QPixmap>
 #include <map>
+
+#include "platform/qt/painted_icon_engine.h"
 
 namespace kivra::qt {
 
@@ -159,7 +159,7 @@ const std::map<std::string, Drawing>& drawings() {
 }
 
 /// Draws the symbol anew at every size and in the colours of the moment.
-class SymbolIconEngine : public QIconEngine {
+class SymbolIconEngine : public PaintedIconEngine {
  public:
   explicit SymbolIconEngine(std::string name) : name_(std::move(name)) {}
 
@@ -170,19 +170,7 @@ class SymbolIconEngine : public QIconEngine {
     drawSymbol(*painter, rect, name_, palette.color(group, role));
   }
 
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect({}, size), mode, state);
-    return pixmap;
-  }
-
   QIconEngine* clone() const override { return new SymbolIconEngine(name_); }
-
-  QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-    return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
-  }
 
  private:
   std::string name_;

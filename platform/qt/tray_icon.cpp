@@ -1,12 +1,11 @@
 #include "platform/qt/tray_icon.h"
 
-#include <QIconEngine>
 #include <QPainter>
 #include <QPainterPath>
-#include <QPixmap>
 #include <QStandardPaths>
 #include <utility>
 
+#include "platform/qt/painted_icon_engine.h"
 #include "platform/qt/symbol.h"
 
 namespace kivra::qt {
@@ -26,7 +25,7 @@ bool isInstalled(const QString& name) {
               .isEmpty();
 }
 
-class TrayIconEngine : public QIconEngine {
+class TrayIconEngine : public PaintedIconEngine {
  public:
   TrayIconEngine(std::string symbol, bool isOff, std::optional<QColor> color, QString name)
       : symbol_(std::move(symbol)), isOff_(isOff), color_(color), name_(std::move(name)) {}
@@ -42,22 +41,10 @@ class TrayIconEngine : public QIconEngine {
     draw(*painter, QRectF(rect).adjusted(margin, margin, -margin, -margin), Qt::white);
   }
 
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect({}, size), mode, state);
-    return pixmap;
-  }
-
   QIconEngine* clone() const override { return new TrayIconEngine(symbol_, isOff_, color_, name_); }
 
   // As far as hosts look at names, they prefer them to pictures.
   QString iconName() override { return name_; }
-
-  QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-    return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
-  }
 
  private:
   static constexpr GroundColors offGround{0x8A8A8F, 0x636368};

@@ -110,6 +110,26 @@ TEST(OwnWindows, WhatIsTypedIntoThemIsLeftAlone) {
   }));
 }
 
+TEST(OwnWindows, TheyAreFramesWithGroupsAndLists) {
+  OpenSettings desktop;
+  desktop.showTab("База");
+  desktop.reader.waitFor("frame", "Kivra — настройки");
+  desktop.reader.waitFor("panel", "Новая запись");
+  desktop.reader.waitFor("list", "Записи (3)");
+  desktop.reader.waitFor("list item", "ios");
+}
+
+TEST(OwnWindows, OneOpenedBeforeAccessibilityWasSwitchedOnIsHeardOfAfterwards) {
+  XSession session({.accessibility = false, .server = {.arguments = {"-extension", "XTEST"}}});
+  const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
+  EXPECT_TRUE(waitFor([&] {
+    return !session.run({"xdotool", "search", "--onlyvisible", "--name", "разрешения"}).empty();
+  }));
+  session.switchAccessibilityOn();
+  const ScreenReader reader(busOf(session), "Kivra");
+  reader.waitFor("push button", "Запросить (Input Monitoring)");
+}
+
 TEST(OwnWindows, AHotkeyWithNothingToWorkOnSaysSo) {
   KivraSession desktop;
   NotificationServer notifications(busOf(desktop.session));
