@@ -23,7 +23,10 @@ SettingsView::Environment settingsEnvironment(Services& services) {
           .englishCharacter = [&services](std::uint16_t keyCode) -> std::optional<std::string> {
             const auto* english = services.keycodeMap().english();
             return english == nullptr ? std::nullopt : english->character(keyCode, false);
-          }};
+          },
+          .workspace = services.platform.workspace,
+          .notifications = services.platform.notifications,
+          .terms = services.platform.terms};
 }
 
 }  // namespace
@@ -94,7 +97,8 @@ void AppDelegate::showPermissionsWindow() {
   if (!onboardingWindow_) {
     onboardingWindow_ = HostingWindow::create(
         services_.platform.windows, services_.platform.runLoop, "permissions", "Kivra — разрешения",
-        std::make_shared<OnboardingView>(services_.permissions.pointer()));
+        std::make_shared<OnboardingView>(services_.permissions.pointer(),
+                                         services_.platform.terms));
   }
   show(*onboardingWindow_);
 }

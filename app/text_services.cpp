@@ -8,8 +8,15 @@ namespace kivra {
 namespace {
 
 TextAction::Environment actionEnvironment(Services& services) {
-  return {services.text.textAccess(), services.text.engines(), services.undoStack,
-          services.platform.alerts,   services.platform.log,   services.platform.runLoop};
+  return {services.text.textAccess(),
+          services.text.engines(),
+          services.undoStack,
+          services.platform.alerts,
+          services.platform.log,
+          services.platform.runLoop,
+          services.platform.notifications,
+          services.platform.terms,
+          [&services] { services.showSettingsWindow(); }};
 }
 
 }  // namespace
@@ -43,10 +50,8 @@ TextServices::TextServices(Services& services)
             foundationModel(), deepL()});
       }),
       correctAction([&services] {
-        auto action = std::make_shared<CorrectAction>(
-            actionEnvironment(services), services.exceptions(), services.platform.application);
-        action->setSettingsOpener([&services] { services.showSettingsWindow(); });
-        return action;
+        return std::make_shared<CorrectAction>(actionEnvironment(services), services.exceptions(),
+                                               services.platform.application);
       }),
       translateAction([&services] {
         return std::make_shared<TranslateAction>(actionEnvironment(services),

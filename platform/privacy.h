@@ -30,6 +30,10 @@ class Privacy {
   /// What the user can do for the missing permission where asking is not enough; mostly empty.
   virtual std::string accessibilityRemedy() { return {}; }
   virtual std::string inputMonitoringRemedy() { return {}; }
+
+  /// What keeps the program from correcting anything now, whatever else seems to be in order: one
+  /// line; mostly empty.
+  virtual std::string impediment() { return {}; }
 };
 
 }  // namespace kivra

@@ -76,6 +76,11 @@ class ViewRows {
   /// Tells one row from another for as long as both exist.
   virtual std::string id(std::size_t index) const = 0;
   virtual View row(std::size_t index) const = 0;
+
+  /// What a desktop finds the row by when its first letters are typed.
+  virtual std::string searchText(std::size_t /*index*/) const { return {}; }
+  /// The user removes the row by a key, where a desktop has one for it.
+  virtual void remove(std::size_t /*index*/) const {}
 };
 
 /// A node of the tree of controls that fills a window: plain values, drawn by the backend, and the
@@ -87,6 +92,7 @@ struct View {
   std::string symbol;             ///< the name of its symbol
   std::string placeholder;        ///< of an empty field
   std::string accessibilityName;  ///< what a screen reader says where `text` says nothing
+  std::string help;               ///< of a button: more about it, where a desktop shows such hints
   std::vector<ViewStyle> style;
 
   ViewValue value;
@@ -103,6 +109,7 @@ struct View {
   std::shared_ptr<const ViewRows> rows;  ///< of a section: more rows below its children
 
   std::function<void()> action;                  ///< of a button
+  std::function<void()> undo;                    ///< of a form: takes back what was last removed
   std::function<void(const ViewValue&)> assign;  ///< of a control: the user gave it this value
 };
 

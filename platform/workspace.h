@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/event_tap.h"
+
 namespace kivra {
 
 /// What the desktop says of the application that has the keyboard.
@@ -23,6 +25,10 @@ class Workspace {
   /// another field has the focus, or the selection was set. Always 0 on a desktop that tells the
   /// taps of it.
   virtual std::uint64_t placesOfCursor() { return 0; }
+
+  /// Who else on this desktop waits for the combination, in words for the user; empty for nobody,
+  /// and where that cannot be found out.
+  virtual std::string shortcutOwner(const KeyChord& /*keys*/) { return {}; }
 
   /// Opens the address with the program that the user has for it; nothing when there is none.
   virtual void open(std::string_view url) = 0;

@@ -11,12 +11,15 @@ namespace kivra {
 
 namespace {
 
-Alert notConfiguredAlert() {
+constexpr const char* failureTitle = "Исправление не удалось";
+
+Alert notConfiguredAlert(const Terms& terms) {
+  const auto condition = terms.term(Term::withoutLocalModel);
+  const std::string first(text::firstCharacter(condition));
   return {.messageText = "Для исправления нужен DeepL-ключ",
-          .informativeText =
-              std::string("На этой версии macOS исправление опечаток выполняет DeepL Write. "
-                          "Бесплатный API-ключ: ") +
-              deepl_addresses::freeKeyPage + " → вставь его в Настройки → Перевод.",
+          .informativeText = text::uppercased(first) + condition.substr(first.size()) +
+                             " исправление опечаток выполняет DeepL Write. Бесплатный API-ключ: " +
+                             deepl_addresses::freeKeyPage + " → вставь его в Настройки → Перевод.",
           .buttons = {"Открыть настройки…", "Позже"}};
 }
 
@@ -42,18 +45,20 @@ Task<void> CorrectAction::correctSelection(Running /*running*/) {
     replace(*read, result, UndoStack::ActionKind::correct, read->text);
   } catch (const std::exception& failure) {
     if (isNotConfigured(failure)) {
-      showNotConfiguredAlert();
+      tellNotConfigured(failure);
     } else {
-      report(std::string("Kivra correct error: ") + failure.what());
+      report("Kivra correct error: ", failure, failureTitle);
     }
   }
 }
 
-void CorrectAction::showNotConfiguredAlert() {
-  if (!std::exchange(warnedNotConfigured_, true)) {
+void CorrectAction::tellNotConfigured(const std::exception& failure) {
+  if (std::exchange(warnedNotConfigured_, true)) {
+    notify(failureTitle, failure);
+  } else {
     application_.activateIgnoringOtherApps();
-    const auto answer = env_.alerts.runModal(notConfiguredAlert());
-    if (answer == alertFirstButtonReturn && showSettingsWindow_) showSettingsWindow_();
+    const auto answer = env_.alerts.runModal(notConfiguredAlert(env_.terms));
+    if (answer == alertFirstButtonReturn) env_.showSettingsWindow();
   }
   env_.alerts.beep();
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <functional>
 #include <string>
 
 #include "layout/exception_store.h"
@@ -20,18 +19,12 @@ class CorrectAction : public TextAction {
   /// Starts a correction and returns; ignored while one runs.
   void run();
 
-  /// What the alert's first button opens; nothing opens until this is set.
-  void setSettingsOpener(std::function<void()> showSettingsWindow) {
-    showSettingsWindow_ = std::move(showSettingsWindow);
-  }
-
  private:
   Task<void> correctSelection(Running running);
-  void showNotConfiguredAlert();
+  void tellNotConfigured(const std::exception& failure);
 
   const ExceptionStore& exceptions_;
   Application& application_;
-  std::function<void()> showSettingsWindow_;
   bool warnedNotConfigured_ = false;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -7,7 +9,9 @@
 #include "layout/undo_stack.h"
 #include "platform/alerts.h"
 #include "platform/log.h"
+#include "platform/notifications.h"
 #include "platform/run_loop.h"
+#include "platform/terms.h"
 #include "text/text_access.h"
 #include "text/text_engines.h"
 
@@ -24,6 +28,9 @@ class TextAction : public std::enable_shared_from_this<TextAction> {
     Alerts& alerts;
     Log& log;
     RunLoop& runLoop;
+    Notifications& notifications;
+    const Terms& terms;
+    std::function<void()> showSettingsWindow;
   };
 
   bool isRunning() const { return !running_.expired(); }
@@ -38,15 +45,18 @@ class TextAction : public std::enable_shared_from_this<TextAction> {
   /// Null while a run exists.
   Running beginRun();
 
-  /// The text to work on; beeps and answers nothing when there is none, or only blanks.
+  /// The text to work on; beeps, says so and answers nothing when there is none, or only blanks.
   std::optional<SelectedText> readText();
 
   /// Pastes `result` in place of what was read, and records how to take it back.
   void replace(const SelectedText& read, const std::string& result, UndoStack::ActionKind kind,
                std::optional<std::string> learnedToken);
 
-  /// Logs the line and beeps.
-  void report(const std::string& line);
+  /// Logs the failure behind `prefix`, beeps, and tells the user of it under this title.
+  void report(const std::string& prefix, const std::exception& failure, const std::string& title);
+
+  /// Tells the user, without a word of the texts that were worked on.
+  void notify(const std::string& title, const std::exception& failure);
 
   Environment env_;
 

@@ -7,7 +7,7 @@ TextEngineError TextEngineError::unsupportedPair(const std::string& pair) {
 }
 
 TextEngineError TextEngineError::http(int statusCode, const std::string& body) {
-  return {Kind::http, "HTTP " + std::to_string(statusCode) + ": " + body};
+  return {Kind::http, "HTTP " + std::to_string(statusCode), ": " + body};
 }
 
 TextEngineError TextEngineError::unsupported() {

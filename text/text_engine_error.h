@@ -21,11 +21,20 @@ class TextEngineError : public std::runtime_error {
 
   Kind kind() const { return kind_; }
 
+  /// The description without what a server has answered, which may repeat the text it was sent.
+  const std::string& summary() const { return summary_; }
+
+  /// Whether another engine, or a key for this one, would do.
+  bool isMendedInSettings() const {
+    return kind_ == Kind::notConfigured || kind_ == Kind::unsupportedPair;
+  }
+
  private:
-  TextEngineError(Kind kind, const std::string& description)
-      : std::runtime_error(description), kind_(kind) {}
+  TextEngineError(Kind kind, const std::string& summary, const std::string& answer = {})
+      : std::runtime_error(summary + answer), kind_(kind), summary_(summary) {}
 
   Kind kind_;
+  std::string summary_;
 };
 
 }  // namespace kivra

@@ -42,7 +42,7 @@ Task<void> TranslateAction::translateSelection(std::string requested, Running /*
     if (result == read->text) co_return;
     replace(*read, result, UndoStack::ActionKind::translate, std::nullopt);
   } catch (const std::exception& failure) {
-    report(std::string("Kivra translate error: ") + failure.what());
+    report("Kivra translate error: ", failure, "Перевод не удался");
   }
 }
 

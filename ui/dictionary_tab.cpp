@@ -1,5 +1,6 @@
 #include "ui/dictionary_tab.h"
 
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -25,20 +26,21 @@ View entryRow(const ReplacementStore::Entry& entry, std::function<void()> remove
 /// The entries as they were when the rows were made.
 class EntryRows : public ViewRows {
  public:
-  explicit EntryRows(const std::shared_ptr<ReplacementStore>& store)
-      : store_(store), entries_(store->entries()) {}
+  EntryRows(std::vector<ReplacementStore::Entry> entries, std::function<void(const Uuid&)> remove)
+      : entries_(std::move(entries)), remove_(std::move(remove)) {}
 
   std::size_t count() const override { return entries_.size(); }
   std::string id(std::size_t index) const override { return entries_.at(index).id.text(); }
   View row(std::size_t index) const override {
     const auto& entry = entries_.at(index);
-    return entryRow(entry,
-                    weakly(store_, [id = entry.id](ReplacementStore& store) { store.remove(id); }));
+    return entryRow(entry, [remove = remove_, id = entry.id] { remove(id); });
   }
+  std::string searchText(std::size_t index) const override { return entries_.at(index).pattern; }
+  void remove(std::size_t index) const override { remove_(entries_.at(index).id); }
 
  private:
-  std::weak_ptr<ReplacementStore> store_;
   std::vector<ReplacementStore::Entry> entries_;
+  std::function<void(const Uuid&)> remove_;
 };
 
 }  // namespace
@@ -48,7 +50,11 @@ DictionaryTab::DictionaryTab(std::shared_ptr<ReplacementStore> store)
   follow(*store_);
 }
 
-View DictionaryTab::body() { return views::form({newEntrySection(), entriesSection()}); }
+View DictionaryTab::body() {
+  auto form = views::form({newEntrySection(), entriesSection()});
+  form.undo = weakly(weak_from_this(), [](DictionaryTab& self) { self.takeBack(); });
+  return form;
+}
 
 View DictionaryTab::newEntrySection() {
   return views::section(
@@ -71,7 +77,11 @@ View DictionaryTab::entriesSection() {
                     "бы раскладке ты ни печатал."));
     return section;
   }
-  if (!rows_) rows_ = std::make_shared<const EntryRows>(store_);
+  if (!rows_) {
+    rows_ = std::make_shared<const EntryRows>(
+        store_->entries(),
+        weakly(weak_from_this(), [](DictionaryTab& self, const Uuid& id) { self.remove(id); }));
+  }
   section.rows = rows_;
   return section;
 }
@@ -85,6 +95,26 @@ void DictionaryTab::add() {
   store_->add(newPattern_, newReplacement_);
   setNewPattern("");
   setNewReplacement("");
+}
+
+void DictionaryTab::remove(const Uuid& id) {
+  const auto& entries = store_->entries();
+  const auto found = std::ranges::find(entries, id, &ReplacementStore::Entry::id);
+  if (found == entries.end()) return;
+  removed_.push_back({*found, static_cast<std::size_t>(found - entries.begin())});
+  store_->remove(id);
+}
+
+void DictionaryTab::takeBack() {
+  if (removed_.empty()) return;
+  const auto [entry, index] = removed_.back();
+  removed_.pop_back();
+  // Meanwhile the user may have entered the same again.
+  if (store_->index().contains(ReplacementStore::normalize(entry.pattern))) return;
+  auto entries = store_->entries();
+  const auto place = std::min(index, entries.size());
+  entries.insert(entries.begin() + static_cast<std::ptrdiff_t>(place), entry);
+  store_->setEntries(std::move(entries));
 }
 
 void DictionaryTab::setNewPattern(const std::string& pattern) {

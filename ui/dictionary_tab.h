@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "layout/replacement_store.h"
 #include "ui/hosted_view.h"
@@ -20,13 +22,21 @@ class DictionaryTab : public HostedView, public std::enable_shared_from_this<Dic
   View entriesSection();
   bool canAdd() const;
   void add();
+  void remove(const Uuid& id);
+  void takeBack();
   void setNewPattern(const std::string& pattern);
   void setNewReplacement(const std::string& replacement);
+
+  struct Removed {
+    ReplacementStore::Entry entry;
+    std::size_t index = 0;  ///< where it stood
+  };
 
   std::shared_ptr<ReplacementStore> store_;
   std::string newPattern_;
   std::string newReplacement_;
   std::shared_ptr<const ViewRows> rows_;  ///< of the entries as they are; null when outdated
+  std::vector<Removed> removed_;          ///< by the user, the last one last
   Subscription storeChanges_;
 };
 

@@ -19,25 +19,27 @@ View permissionRow(const char* title, bool isGranted) {
 }  // namespace
 
 GeneralTab::GeneralTab(std::shared_ptr<SettingsStore> settings,
-                       std::shared_ptr<Permissions> permissions)
-    : settings_(std::move(settings)), permissions_(std::move(permissions)) {
+                       std::shared_ptr<Permissions> permissions, const Terms& terms)
+    : settings_(std::move(settings)), permissions_(std::move(permissions)), terms_(terms) {
   follow(*settings_);
   follow(*permissions_);
 }
 
 View GeneralTab::body() {
-  const auto toggle = [this](const char* title, Setting<bool> SettingsStore::*property) {
+  const auto toggle = [this](const std::string& title, Setting<bool> SettingsStore::*property) {
     return views::toggle(title, bindingTo(settings_, property));
   };
-  return views::form({views::section("", {toggle("Включить Kivra", &SettingsStore::isEnabled)}),
-                      views::section("Автопереключение раскладки",
-                                     {toggle("Исправлять слова не в той раскладке",
-                                             &SettingsStore::autoSwitchEnabled),
-                                      toggle("Исправлять двойную заглавную (ПРивет → Привет)",
-                                             &SettingsStore::autoFixDoubleCapitals),
-                                      toggle("Исправлять опечатки на лету (словарь macOS, офлайн)",
-                                             &SettingsStore::autoCorrectTypos)}),
-                      permissionsSection()});
+  return views::form(
+      {views::section("", {toggle("Включить Kivra", &SettingsStore::isEnabled)}),
+       views::section(
+           "Автопереключение раскладки",
+           {toggle("Исправлять слова не в той раскладке", &SettingsStore::autoSwitchEnabled),
+            toggle("Исправлять двойную заглавную (ПРивет → Привет)",
+                   &SettingsStore::autoFixDoubleCapitals),
+            toggle("Исправлять опечатки на лету (" + terms_.term(Term::spellingDictionary) +
+                       ", офлайн)",
+                   &SettingsStore::autoCorrectTypos)}),
+       permissionsSection()});
 }
 
 View GeneralTab::permissionsSection() const {
@@ -46,7 +48,7 @@ View GeneralTab::permissionsSection() const {
                      permissionRow("Input Monitoring", permissions_->inputMonitoringGranted())});
   if (!permissions_->areGranted()) {
     section.children.push_back(views::button(
-        "Открыть System Settings…", weakly(permissions_, [](Permissions& permissions) {
+        terms_.term(Term::openSystemSettings), weakly(permissions_, [](Permissions& permissions) {
           permissions.openPrivacyPane(privacy_panes::accessibility);
         })));
   }

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/terms.h"
 #include "settings/settings_store.h"
 #include "ui/hosted_view.h"
 #include "ui/permissions.h"
@@ -11,7 +12,8 @@ namespace kivra {
 /// On and off, the automatic corrections, and how the permissions stand.
 class GeneralTab : public HostedView {
  public:
-  GeneralTab(std::shared_ptr<SettingsStore> settings, std::shared_ptr<Permissions> permissions);
+  GeneralTab(std::shared_ptr<SettingsStore> settings, std::shared_ptr<Permissions> permissions,
+             const Terms& terms);
 
   View body() override;
   void onAppear() override { permissions_->refresh(); }
@@ -21,6 +23,7 @@ class GeneralTab : public HostedView {
 
   std::shared_ptr<SettingsStore> settings_;
   std::shared_ptr<Permissions> permissions_;
+  const Terms& terms_;
 };
 
 }  // namespace kivra

@@ -8,6 +8,7 @@
 #include "platform/local_key_monitors.h"
 #include "support/observable.h"
 #include "support/view_builders.h"
+#include "ui/hotkey_conflicts.h"
 
 namespace kivra {
 
@@ -16,9 +17,16 @@ namespace kivra {
 class HotkeyRecorderRow : public Observable,
                           public std::enable_shared_from_this<HotkeyRecorderRow> {
  public:
+  struct Environment {
+    LocalKeyMonitors& monitors;
+    EnglishCharacter englishCharacter;
+    const Terms& terms;
+    std::shared_ptr<HotkeyConflicts> conflicts;
+  };
+
   /// `hotkey` gives the hotkey as it is now.
   HotkeyRecorderRow(std::string title, std::function<Binding<Hotkey>()> hotkey,
-                    LocalKeyMonitors& monitors, EnglishCharacter englishCharacter);
+                    Environment environment);
   ~HotkeyRecorderRow();
 
   View body();
@@ -32,8 +40,7 @@ class HotkeyRecorderRow : public Observable,
 
   std::string title_;
   std::function<Binding<Hotkey>()> hotkey_;
-  LocalKeyMonitors& monitors_;
-  EnglishCharacter englishCharacter_;
+  Environment env_;
   bool recording_ = false;
   std::shared_ptr<LocalKeyMonitor> monitor_;
 };

@@ -4,6 +4,8 @@
 #include <utility>
 
 #include "ui/bindings.h"
+#include "ui/hotkey_conflicts.h"
+#include "ui/hotkey_slots.h"
 #include "ui/language_picker.h"
 
 namespace kivra {
@@ -28,10 +30,10 @@ std::optional<std::size_t> indexOf(const ModifierCombo& combo) {
 }
 
 View comboPicker(const char* title, const std::shared_ptr<SettingsStore>& settings,
-                 ComboProperty property) {
+                 ComboProperty property, const Terms& terms) {
   std::vector<std::string> titles;
   titles.reserve(comboOptions().size());
-  for (const auto& option : comboOptions()) titles.push_back(option.displayText());
+  for (const auto& option : comboOptions()) titles.push_back(option.displayText(terms));
   const auto choose =
       weakly(settings, [property](SettingsStore& store, const std::optional<std::size_t>& index) {
         if (index) (store.*property).set(comboOptions().at(*index));
@@ -46,20 +48,25 @@ View languageOfSlot(const char* title, const std::shared_ptr<SettingsStore>& set
 
 }  // namespace
 
-HotkeysTab::HotkeysTab(std::shared_ptr<SettingsStore> settings, LocalKeyMonitors& monitors,
-                       const EnglishCharacter& englishCharacter)
-    : settings_(std::move(settings)) {
-  const auto recorder = [&](const char* title, Setting<Hotkey> SettingsStore::*property) {
-    auto row = std::make_shared<HotkeyRecorderRow>(
-        title, [store = settings_, property] { return bindingTo(store, property); }, monitors,
-        englishCharacter);
+HotkeysTab::HotkeysTab(const Environment& environment)
+    : settings_(environment.settings), terms_(environment.terms) {
+  const auto conflicts = std::make_shared<HotkeyConflicts>(
+      settings_, environment.englishCharacter, environment.workspace, environment.notifications,
+      environment.terms);
+  const HotkeyRecorderRow::Environment recording{environment.monitors, environment.englishCharacter,
+                                                 environment.terms, conflicts};
+  const auto recorder = [&](const HotkeySlot& slot) {
+    const auto hotkey = [store = settings_, property = slot.property] {
+      return bindingTo(store, property);
+    };
+    auto row = std::make_shared<HotkeyRecorderRow>(slot.title, hotkey, recording);
     follow(*row);
     return row;
   };
-  translate1_ = recorder("Перевод №1", &SettingsStore::translateHotkey1);
-  translate2_ = recorder("Перевод №2", &SettingsStore::translateHotkey2);
-  correct_ = recorder("Исправление (запасной)", &SettingsStore::correctHotkey);
-  manualSwitch_ = recorder("Ручное переключение раскладки", &SettingsStore::manualSwitchHotkey);
+  translate1_ = recorder(hotkey_slots::translate1);
+  translate2_ = recorder(hotkey_slots::translate2);
+  correct_ = recorder(hotkey_slots::correct);
+  manualSwitch_ = recorder(hotkey_slots::manualSwitch);
   follow(*settings_);
 }
 
@@ -74,10 +81,12 @@ void HotkeysTab::onDisappear() {
 View HotkeysTab::combinationsSection() const {
   return views::section(
       "Быстрые комбинации (два модификатора)",
-      {comboPicker("Перевод", settings_, &SettingsStore::translateCombo),
-       comboPicker("Исправление опечаток/запятых", settings_, &SettingsStore::correctCombo),
+      {comboPicker("Перевод", settings_, &SettingsStore::translateCombo, terms_),
+       comboPicker("Исправление опечаток/запятых", settings_, &SettingsStore::correctCombo, terms_),
        views::note("Срабатывают при отпускании. Если во время удержания нажата обычная клавиша "
-                   "(например ⌘⇧S) — комбинация отменяется и не мешает шорткатам приложений.")});
+                   "(например " +
+                   terms_.term(Term::shortcutExample) +
+                   ") — комбинация отменяется и не мешает шорткатам приложений.")});
 }
 
 View HotkeysTab::hotkeysSection() const {

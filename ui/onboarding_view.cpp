@@ -39,7 +39,7 @@ View header() {
   return views::hStack(12, {views::symbol("keyboard.badge.ellipsis", {large, accent}), titles});
 }
 
-View permissionRow(const PermissionRow& row) {
+View permissionRow(const PermissionRow& row, const Terms& terms) {
   auto state = row.isGranted ? views::symbol("checkmark.circle.fill", {title3, green})
                              : views::symbol("circle.dashed", {title3, secondary});
   state.accessibilityName = row.isGranted ? "Выдано" : "Не выдано";
@@ -50,7 +50,7 @@ View permissionRow(const PermissionRow& row) {
     if (!row.remedy.empty()) column.children.push_back(views::note(row.remedy));
     column.children.push_back(
         views::hStack(8, {rowButton("Запросить", row, row.request),
-                          rowButton("System Settings…", row, row.openSettings)}));
+                          rowButton(terms.term(Term::systemSettings), row, row.openSettings)}));
   }
   auto view = views::hStack(10, {std::move(state), std::move(column)});
   view.alignment = ViewAlignment::top;
@@ -61,8 +61,8 @@ View permissionRow(const PermissionRow& row) {
 
 }  // namespace
 
-OnboardingView::OnboardingView(std::shared_ptr<Permissions> permissions)
-    : permissions_(std::move(permissions)) {
+OnboardingView::OnboardingView(std::shared_ptr<Permissions> permissions, const Terms& terms)
+    : permissions_(std::move(permissions)), terms_(terms) {
   follow(*permissions_);
 }
 
@@ -80,14 +80,16 @@ View OnboardingView::body() {
             .isGranted = permissions_->accessibilityGranted(),
             .remedy = permissions_->accessibilityRemedy(),
             .request = weakly(permissions_, [](Permissions& p) { p.requestAccessibility(); }),
-            .openSettings = openPane(privacy_panes::accessibility)}),
+            .openSettings = openPane(privacy_panes::accessibility)},
+           terms_),
        permissionRow(
            {.title = "Input Monitoring",
             .description = "Перехват клавиатуры для авто-раскладки и хоткеев.",
             .isGranted = permissions_->inputMonitoringGranted(),
             .remedy = permissions_->inputMonitoringRemedy(),
             .request = weakly(permissions_, [](Permissions& p) { p.requestInputMonitoring(); }),
-            .openSettings = openPane(privacy_panes::inputMonitoring)}),
+            .openSettings = openPane(privacy_panes::inputMonitoring)},
+           terms_),
        views::note("После выдачи разрешений всё включится автоматически — окно можно закрыть.")});
   view.alignment = ViewAlignment::leading;
   view.padding = 24;

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "platform/terms.h"
 #include "ui/hosted_view.h"
 #include "ui/permissions.h"
 
@@ -11,12 +12,13 @@ namespace kivra {
 /// one the ways to get it.
 class OnboardingView : public HostedView {
  public:
-  explicit OnboardingView(std::shared_ptr<Permissions> permissions);
+  OnboardingView(std::shared_ptr<Permissions> permissions, const Terms& terms);
 
   View body() override;
 
  private:
   std::shared_ptr<Permissions> permissions_;
+  const Terms& terms_;
 };
 
 }  // namespace kivra

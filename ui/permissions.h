@@ -44,6 +44,9 @@ class Permissions : public Observable, public std::enable_shared_from_this<Permi
   std::string accessibilityRemedy() { return privacy_.accessibilityRemedy(); }
   std::string inputMonitoringRemedy() { return privacy_.inputMonitoringRemedy(); }
 
+  /// What this desktop says that keeps the program from working; mostly empty.
+  std::string impediment() { return privacy_.impediment(); }
+
  private:
   void poll();
 

@@ -12,15 +12,17 @@ namespace kivra {
 
 SettingsView::SettingsView(const Environment& environment)
     : tabs_{{{"Общие", "gearshape",
-              std::make_shared<GeneralTab>(environment.settings, environment.permissions)},
+              std::make_shared<GeneralTab>(environment.settings, environment.permissions,
+                                           environment.terms)},
              {"Перевод", "globe",
               std::make_shared<TranslationTab>(environment.settings, environment.keychain,
-                                               environment.engines)},
+                                               environment.engines, environment.terms)},
              {"База", "character.book.closed",
               std::make_shared<DictionaryTab>(environment.replacements)},
              {"Хоткеи", "keyboard",
-              std::make_shared<HotkeysTab>(environment.settings, environment.localKeyMonitors,
-                                           environment.englishCharacter)}}} {
+              std::make_shared<HotkeysTab>(HotkeysTab::Environment{
+                  environment.settings, environment.localKeyMonitors, environment.englishCharacter,
+                  environment.workspace, environment.notifications, environment.terms})}}} {
   for (const auto& tab : tabs_) follow(*tab.view);
 }
 

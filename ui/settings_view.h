@@ -7,6 +7,9 @@
 #include "hotkeys/model/hotkey.h"
 #include "layout/replacement_store.h"
 #include "platform/local_key_monitors.h"
+#include "platform/notifications.h"
+#include "platform/terms.h"
+#include "platform/workspace.h"
 #include "settings/settings_store.h"
 #include "text/keychain_store.h"
 #include "text/text_engines.h"
@@ -26,6 +29,9 @@ class SettingsView : public HostedView, public std::enable_shared_from_this<Sett
     TextEngines& engines;
     LocalKeyMonitors& localKeyMonitors;
     EnglishCharacter englishCharacter;
+    Workspace& workspace;
+    Notifications& notifications;
+    const Terms& terms;
   };
 
   explicit SettingsView(const Environment& environment);

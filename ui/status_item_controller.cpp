@@ -58,6 +58,9 @@ std::vector<MenuItem> StatusItemController::menuNeedsUpdate() {
     items.push_back(item("Запустить перехват", action(&StatusItemController::restartCore)));
   }
   items.push_back(permissionsItem());
+  if (const auto impediment = env_.permissions.impediment(); !impediment.empty()) {
+    items.push_back(information(impediment));
+  }
   items.push_back(MenuItem::separator());
   items.push_back(item("Настройки…", action(&StatusItemController::openSettings), ","));
   items.push_back(MenuItem::separator());

@@ -13,22 +13,22 @@ namespace {
 
 using enum ViewStyle;
 
-const char* title(EngineKind kind) {
+std::string title(EngineKind kind, const Terms& terms) {
   switch (kind) {
     case EngineKind::appleTranslate:
-      return "Apple Translate (офлайн)";
+      return terms.term(Term::offlineTranslator);
     case EngineKind::foundationModel:
-      return "Apple Intelligence (macOS 26+)";
+      return terms.term(Term::localModel);
     case EngineKind::deepL:
       return "DeepL";
   }
   return "";
 }
 
-std::string keyNote(std::string_view key) {
+std::string keyNote(std::string_view key, const Terms& terms) {
   if (key.empty()) {
-    return "Без ключа DeepL недоступен — а на этой версии macOS он же выполняет исправление "
-           "опечаток (⌃⌥C).";
+    return "Без ключа DeepL недоступен — а " + terms.term(Term::withoutLocalModel) +
+           " он же выполняет исправление опечаток (" + terms.term(Term::correctionExample) + ").";
   }
   if (key.ends_with(deepl_addresses::freeKeySuffix)) {
     return std::string("Ключ Free-плана (") + deepl_addresses::freeHost + ").";
@@ -39,8 +39,8 @@ std::string keyNote(std::string_view key) {
 }  // namespace
 
 TranslationTab::TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
-                               TextEngines& engines)
-    : settings_(std::move(settings)), keychain_(keychain), engines_(engines) {
+                               TextEngines& engines, const Terms& terms)
+    : settings_(std::move(settings)), keychain_(keychain), engines_(engines), terms_(terms) {
   if (!keychain_.mayAskUser()) deepLKey_ = keychain_.read(deepLKeyAccount).value_or("");
   follow(*settings_);
 }
@@ -65,7 +65,7 @@ View TranslationTab::body() {
 View TranslationTab::engineSection() {
   std::vector<std::string> titles;
   titles.reserve(allEngineKinds.size());
-  for (const auto kind : allEngineKinds) titles.emplace_back(title(kind));
+  for (const auto kind : allEngineKinds) titles.push_back(title(kind, terms_));
   const auto selected = settings_->translationEngine();
   const auto choose =
       weakly(settings_, [](SettingsStore& settings, const std::optional<std::size_t>& index) {
@@ -76,7 +76,7 @@ View TranslationTab::engineSection() {
                                               {static_cast<std::size_t>(selected), choose})});
   if (selected == EngineKind::foundationModel && engines_.foundationModelIfAvailable() == nullptr) {
     section.children.push_back(
-        views::label("Apple Intelligence недоступен на этой версии macOS — будет использован DeepL",
+        views::label(terms_.term(Term::localModelMissing) + " — будет использован DeepL",
                      "exclamationmark.triangle", {orange, callout}));
   }
   return section;
@@ -86,7 +86,7 @@ View TranslationTab::quickTranslationSection() const {
   const LanguagePicker picker{"Целевой язык",
                               bindingTo(settings_, &SettingsStore::ctrlFnTargetLang)};
   return views::section(
-      "Быстрый перевод (комбинация " + settings_->translateCombo().displayText() + ")",
+      "Быстрый перевод (комбинация " + settings_->translateCombo().displayText(terms_) + ")",
       {picker.body(), views::note("Сама комбинация настраивается во вкладке «Хоткеи». Если текст "
                                   "уже на целевом языке — переводится на язык системы.")});
 }
@@ -94,9 +94,9 @@ View TranslationTab::quickTranslationSection() const {
 View TranslationTab::keySection() {
   return views::section(
       "DeepL",
-      {views::secureField("API-ключ (хранится в Keychain)",
+      {views::secureField("API-ключ (хранится " + terms_.term(Term::inKeychain) + ")",
                           bindingTo(weak_from_this(), deepLKey_, &TranslationTab::setDeepLKey)),
-       views::note(keyNote(deepLKey_))});
+       views::note(keyNote(deepLKey_, terms_))});
 }
 
 void TranslationTab::setDeepLKey(const std::string& key) {

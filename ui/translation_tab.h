@@ -3,6 +3,7 @@
 #include <memory>
 #include <string>
 
+#include "platform/terms.h"
 #include "settings/settings_store.h"
 #include "text/keychain_store.h"
 #include "text/text_engines.h"
@@ -16,7 +17,7 @@ namespace kivra {
 class TranslationTab : public HostedView, public std::enable_shared_from_this<TranslationTab> {
  public:
   TranslationTab(std::shared_ptr<SettingsStore> settings, KeychainStore& keychain,
-                 TextEngines& engines);
+                 TextEngines& engines, const Terms& terms);
 
   View body() override;
   void onAppear() override;
@@ -30,6 +31,7 @@ class TranslationTab : public HostedView, public std::enable_shared_from_this<Tr
   std::shared_ptr<SettingsStore> settings_;
   KeychainStore& keychain_;
   TextEngines& engines_;
+  const Terms& terms_;
   std::string deepLKey_;
   bool isReading_ = false;
   bool isEdited_ = false;  // the keychain follows the field from now on

@@ -18,11 +18,11 @@ constexpr std::array<std::pair<std::uint16_t, const char*>, 22> fixedNames = {{
     {101, "F9"}, {109, "F10"}, {103, "F11"},  {111, "F12"},
 }};
 
-constexpr std::array<std::pair<std::uint64_t, const char*>, 4> modifierSymbols = {{
-    {event_flags::control, "⌃"},
-    {event_flags::option, "⌥"},
-    {event_flags::shift, "⇧"},
-    {event_flags::command, "⌘"},
+constexpr std::array<std::pair<std::uint64_t, Term>, 4> modifierTerms = {{
+    {event_flags::control, Term::control},
+    {event_flags::option, Term::option},
+    {event_flags::shift, Term::shift},
+    {event_flags::command, Term::command},
 }};
 
 /// Return, Delete and others: characters that show nothing.
@@ -46,7 +46,9 @@ std::optional<Hotkey> Hotkey::decoded(std::string_view bytes) {
   return Hotkey{*keyCode, *modifiers};
 }
 
-std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter) {
+std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter,
+                    const Terms& terms) {
+  if (const auto name = terms.keyName(keyCode)) return *name;
   const auto* fixed =
       std::ranges::find(fixedNames, keyCode, &decltype(fixedNames)::value_type::first);
   if (fixed != fixedNames.end()) return fixed->second;
@@ -55,12 +57,13 @@ std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharac
   return "#" + std::to_string(keyCode);
 }
 
-std::string displayText(const Hotkey& hotkey, const EnglishCharacter& englishCharacter) {
+std::string displayText(const Hotkey& hotkey, const EnglishCharacter& englishCharacter,
+                        const Terms& terms) {
   std::string shown;
-  for (const auto& [bit, symbol] : modifierSymbols) {
-    if ((hotkey.modifiers & bit) != 0) shown += symbol;
+  for (const auto& [bit, term] : modifierTerms) {
+    if ((hotkey.modifiers & bit) != 0) shown += terms.term(term) + terms.term(Term::betweenKeys);
   }
-  return shown + keyName(hotkey.keyCode, englishCharacter);
+  return shown + keyName(hotkey.keyCode, englishCharacter, terms);
 }
 
 }  // namespace kivra

@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "platform/events.h"
+#include "platform/terms.h"
 
 namespace kivra {
 
@@ -37,10 +38,13 @@ struct Hotkey {
 /// What a key produces in the English layout without Shift; nothing when it has no character.
 using EnglishCharacter = std::function<std::optional<std::string>(std::uint16_t keyCode)>;
 
-/// The name of a key: "↩", "F5", "P", or "#105" for a key whose character cannot be shown.
-std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter);
+/// The name of a key: the desktop's, or else "↩", "F5", "P", or "#105" for a key whose character
+/// cannot be shown.
+std::string keyName(std::uint16_t keyCode, const EnglishCharacter& englishCharacter,
+                    const Terms& terms);
 
 /// The hotkey as shown to the user: "⌃⌥P".
-std::string displayText(const Hotkey& hotkey, const EnglishCharacter& englishCharacter);
+std::string displayText(const Hotkey& hotkey, const EnglishCharacter& englishCharacter,
+                        const Terms& terms);
 
 }  // namespace kivra

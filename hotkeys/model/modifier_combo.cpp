@@ -10,7 +10,8 @@ namespace {
 
 constexpr std::array<std::string_view, 5> rawValues = {"control", "option", "shift", "command",
                                                        "fn"};
-constexpr std::array<const char*, 5> symbols = {"⌃", "⌥", "⇧", "⌘", "fn"};
+constexpr std::array<Term, 5> symbols = {Term::control, Term::option, Term::shift, Term::command,
+                                         Term::fn};
 
 }  // namespace
 
@@ -34,11 +35,13 @@ const std::array<ModifierCombo, 8>& ModifierCombo::presets() {
   return all;
 }
 
-std::string ModifierCombo::displayText() const {
+std::string ModifierCombo::displayText(const Terms& terms) const {
   if (!isOn()) return "Выкл";
   std::string shown;
   for (const auto modifier : allComboModifiers) {
-    if (contains(modifier)) shown += symbols[static_cast<std::size_t>(modifier)];
+    if (!contains(modifier)) continue;
+    if (!shown.empty()) shown += terms.term(Term::betweenKeys);
+    shown += terms.term(symbols[static_cast<std::size_t>(modifier)]);
   }
   return shown;
 }

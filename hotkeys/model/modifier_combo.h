@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "platform/events.h"
+#include "platform/terms.h"
 
 namespace kivra {
 
@@ -49,8 +50,8 @@ class ModifierCombo {
   /// Two or more members.
   constexpr bool isOn() const { return (flags_ & (flags_ - 1)) != 0; }
 
-  /// "⌃fn", or "Выкл" for a combination that is switched off.
-  std::string displayText() const;
+  /// "⌃fn" in the desktop's words, or "Выкл" for a combination that is switched off.
+  std::string displayText(const Terms& terms) const;
 
   /// The stored form: a compact JSON object.
   std::string encoded() const;

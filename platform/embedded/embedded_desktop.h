@@ -13,10 +13,12 @@
 #include "platform/embedded/embedded_language_recognizer.h"
 #include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_locale.h"
+#include "platform/embedded/embedded_notifications.h"
 #include "platform/embedded/embedded_pasteboard.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/embedded/embedded_spell_checker.h"
 #include "platform/embedded/embedded_status_bar.h"
+#include "platform/embedded/embedded_terms.h"
 #include "platform/embedded/embedded_translation.h"
 #include "platform/embedded/embedded_windows.h"
 #include "platform/embedded/virtual_time.h"
@@ -42,6 +44,12 @@ class EmbeddedDesktop {
   /// seen.
   Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors,
                     StatusBar& otherStatusBar) {
+    return platform(otherWindows, otherMonitors, otherStatusBar, terms);
+  }
+
+  /// With the words of that desktop as well.
+  Platform platform(Windows& otherWindows, LocalKeyMonitors& otherMonitors,
+                    StatusBar& otherStatusBar, Terms& otherTerms) {
     return {.accessibility = accessibility,
             .alerts = alerts,
             .application = session,
@@ -57,11 +65,13 @@ class EmbeddedDesktop {
             .localKeyMonitors = otherMonitors,
             .locale = locale,
             .log = session,
+            .notifications = notifications,
             .pasteboard = pasteboard,
             .privacy = session,
             .runLoop = time,
             .spellChecker = spellChecker,
             .statusBar = otherStatusBar,
+            .terms = otherTerms,
             .translation = translation,
             .windows = otherWindows,
             .workspace = session};
@@ -87,6 +97,8 @@ class EmbeddedDesktop {
   EmbeddedTranslation translation{effects, time, languageRecognizer};
   EmbeddedWindows windows;
   EmbeddedStatusBar statusBar{effects};
+  EmbeddedNotifications notifications;
+  EmbeddedTerms terms;
 };
 
 }  // namespace kivra::embedded

@@ -7,6 +7,8 @@
 #include <memory>
 #include <utility>
 
+#include "platform/io/bus_connection.h"
+#include "platform/io/thread_context.h"
 #include "platform/io/variant_pointer.h"
 
 namespace kivra {
@@ -29,39 +31,6 @@ constexpr guint stopRequestInterval = 100;  // ms
 constexpr const char* noService = "Служба установки пакетов недоступна.";
 constexpr const char* noPackage = "Языкового пакета нет в источниках пакетов.";
 constexpr const char* notDone = "Языковой пакет не установлен.";
-
-struct UnrefContext {
-  void operator()(GMainContext* context) const {
-    g_main_context_pop_thread_default(context);
-    g_main_context_unref(context);
-  }
-};
-
-struct CloseBus {
-  void operator()(GDBusConnection* bus) const {
-    g_dbus_connection_close_sync(bus, nullptr, nullptr);
-    g_object_unref(bus);
-  }
-};
-using Bus = std::unique_ptr<GDBusConnection, CloseBus>;
-
-GMainContext* newThreadContext() {
-  auto* const context = g_main_context_new();
-  g_main_context_push_thread_default(context);
-  return context;
-}
-
-Bus connectToSystem() {
-  char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
-  if (address == nullptr) return nullptr;
-  Bus bus(g_dbus_connection_new_for_address_sync(
-      address,
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr));
-  g_free(address);
-  return bus;
-}
 
 /// One piece of work of the service, which tells by signals how it goes.
 class Transaction {
@@ -149,8 +118,8 @@ void Transaction::signal(const std::string& name, GVariant* arguments) {
 }  // namespace
 
 std::optional<std::string> installPackage(const std::string& name, const std::stop_token& stop) {
-  const std::unique_ptr<GMainContext, UnrefContext> context(newThreadContext());
-  const auto bus = connectToSystem();
+  const auto context = newThreadContext();
+  const auto bus = connectToBus(G_BUS_TYPE_SYSTEM);
   if (!bus) return noService;
   const char* const names[] = {name.c_str(), nullptr};
   std::string package;

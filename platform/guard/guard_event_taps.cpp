@@ -187,12 +187,13 @@ EventVerdict GuardEventTaps::callTap(const Report& report) {
   if (!isNotice(type) && (tap->mask & 1ULL << static_cast<std::uint32_t>(type)) == 0) {
     return EventVerdict::pass;
   }
+  const Event event{.type = type, .keyCode = report.keyCode, .flags = report.flags, .userData = 0};
+  if (environment_.isTakenByOwnWindow(event)) return EventVerdict::pass;
   // What was posted before this event does not belong to it.
   flushPosted();
   isInCallback_ = true;
   environment_.group.ofEvent = report.group;
-  const auto verdict = tap->callback(
-      type, {.type = type, .keyCode = report.keyCode, .flags = report.flags, .userData = 0});
+  const auto verdict = tap->callback(type, event);
   environment_.group.ofEvent.reset();
   isInCallback_ = false;
   return verdict;

@@ -36,6 +36,8 @@ class GuardEventTaps : public EventTaps {
     std::function<std::chrono::milliseconds()> pauseAfterErasing;
     /// What was decided last has not been typed.
     std::function<void()> postRefused;
+    /// A key that the program's own windows take, before the tap does.
+    std::function<bool(const Event&)> isTakenByOwnWindow = [](const Event&) { return false; };
   };
 
   explicit GuardEventTaps(Environment environment);

@@ -1,5 +1,6 @@
 #include "platform/qt/drawn_containers.h"
 
+#include <QKeyEvent>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QTabWidget>
@@ -7,6 +8,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/qt/accessible_role.h"
 #include "platform/qt/drawn_children.h"
 #include "platform/qt/ground_widget.h"
 #include "platform/qt/lined_rows.h"
@@ -74,6 +76,11 @@ class DrawnStack : public DrawnView {
   DrawnChildren children_;
 };
 
+/// The area of a form.
+struct FormArea : QScrollArea {
+  std::function<void()> undo;
+};
+
 class DrawnForm : public DrawnView {
  public:
   DrawnForm() {
@@ -94,6 +101,7 @@ class DrawnForm : public DrawnView {
   QWidget* widget() const override { return area_; }
 
   void update(const View& view) override {
+    area_->undo = view.undo;
     children_.update(view.children);
     // A long list takes the height that the other sections leave.
     auto hasList = false;
@@ -107,7 +115,7 @@ class DrawnForm : public DrawnView {
   }
 
  private:
-  QScrollArea* area_ = new QScrollArea;
+  FormArea* area_ = new FormArea;
   QWidget* content_ = new QWidget;
   QVBoxLayout* outer_ = new QVBoxLayout(content_);
   QVBoxLayout* sections_ = new QVBoxLayout;
@@ -117,6 +125,7 @@ class DrawnForm : public DrawnView {
 class DrawnSection : public DrawnView {
  public:
   DrawnSection() {
+    setAccessibleRole(*widget_, QAccessible::Grouping);
     auto* const layout = new QVBoxLayout(widget_);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(6);
@@ -149,6 +158,8 @@ class DrawnSection : public DrawnView {
     many_->setRows(view.rows);
     list_->setVisible(view.rows != nullptr);
     many_->setAccessibleName(QString::fromStdString(view.text));
+    many_->viewport()->setAccessibleName(QString::fromStdString(view.text));
+    widget_->setAccessibleName(QString::fromStdString(view.text));
   }
 
  private:
@@ -159,6 +170,20 @@ class DrawnSection : public DrawnView {
   QWidget* list_ = new QWidget;
   RowsArea* many_ = new RowsArea;
   DrawnChildren children_{few_->rows(), Surroundings::window};
+};
+
+/// What the controls of a tab make nothing of is the tab's.
+class TabsWidget : public QTabWidget {
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const auto* const form = dynamic_cast<FormArea*>(currentWidget());
+    if (form != nullptr && form->undo && event->matches(QKeySequence::Undo)) {
+      const auto undo = form->undo;
+      undo();
+    } else {
+      QTabWidget::keyPressEvent(event);
+    }
+  }
 };
 
 class DrawnTabs : public DrawnView {
@@ -196,7 +221,7 @@ class DrawnTabs : public DrawnView {
                   QString::fromStdString(tab.text));
   }
 
-  QTabWidget* tabs_ = new QTabWidget;
+  TabsWidget* tabs_ = new TabsWidget;
   std::vector<std::unique_ptr<DrawnView>> contents_;
   std::function<void(const ViewValue&)> assign_;
   bool isUpdating_ = false;

@@ -2,7 +2,9 @@
 
 #include <QComboBox>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QToolButton>
@@ -29,8 +31,7 @@ View titleOf(const View& view) {
 }
 
 /// A title with a control at the trailing end.
-QWidget* titledRow(WrappingLabel* title, QWidget* control) {
-  auto* const widget = new QWidget;
+QWidget* titledRow(WrappingLabel* title, QWidget* control, QWidget* widget = new QWidget) {
   auto* const row = new QHBoxLayout(widget);
   row->setContentsMargins(0, 0, 0, 0);
   row->addWidget(title, 1);
@@ -38,6 +39,23 @@ QWidget* titledRow(WrappingLabel* title, QWidget* control) {
   title->setBuddy(control);
   return widget;
 }
+
+/// A click beside the switch flips it too.
+class ToggleRow : public QWidget {
+ public:
+  explicit ToggleRow(SwitchWidget& toggle) : switch_(toggle) {}
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override {
+    event->setAccepted(event->button() == Qt::LeftButton);
+  }
+  void mouseReleaseEvent(QMouseEvent* event) override {
+    if (event->button() == Qt::LeftButton && rect().contains(event->pos())) switch_.click();
+  }
+
+ private:
+  SwitchWidget& switch_;
+};
 
 class DrawnToggle : public DrawnView {
  public:
@@ -62,7 +80,7 @@ class DrawnToggle : public DrawnView {
  private:
   WrappingLabel* title_ = new WrappingLabel;
   SwitchWidget* switch_ = new SwitchWidget;
-  QWidget* widget_ = titledRow(title_, switch_);
+  QWidget* widget_ = titledRow(title_, switch_, new ToggleRow(*switch_));
   std::function<void(const ViewValue&)> assign_;
 };
 
@@ -126,6 +144,36 @@ class OneLine : public QValidator {
   }
 };
 
+/// A line to write in. Some styles draw what stands in an empty one like what was typed.
+class FieldEdit : public QLineEdit {
+ public:
+  FieldEdit() { dimPlaceholder(); }
+
+ protected:
+  void changeEvent(QEvent* event) override {
+    QLineEdit::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) dimPlaceholder();
+  }
+
+  /// With nothing of its own to take back the field leaves that to what surrounds it.
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Undo) && !isUndoAvailable()) {
+      event->ignore();
+    } else {
+      QLineEdit::keyPressEvent(event);
+    }
+  }
+
+ private:
+  void dimPlaceholder() {
+    auto colors = palette();
+    const auto dimmed = placeholderColor(colors);
+    if (colors.color(QPalette::PlaceholderText) == dimmed) return;
+    colors.setColor(QPalette::PlaceholderText, dimmed);
+    setPalette(colors);
+  }
+};
+
 class DrawnField : public DrawnView {
  public:
   explicit DrawnField(bool isSecure) {
@@ -151,7 +199,7 @@ class DrawnField : public DrawnView {
   }
 
  private:
-  QLineEdit* edit_ = new QLineEdit;
+  QLineEdit* edit_ = new FieldEdit;
   std::function<void(const ViewValue&)> assign_;
 };
 
@@ -173,8 +221,11 @@ class DrawnButton : public DrawnView {
     button_->setEnabled(view.isEnabled);
     const auto hasOwnName = !view.accessibilityName.empty();
     button_->setAccessibleName(shown(hasOwnName ? view.accessibilityName : view.text));
-    button_->setAccessibleDescription(hasOwnName ? shown(view.text) : QString());
-    if (view.text.empty()) button_->setToolTip(toolTipText(view.accessibilityName));
+    const auto& tip = view.text.empty() ? view.accessibilityName : view.help;
+    button_->setToolTip(tip.empty() ? QString() : toolTipText(tip));
+    auto description = hasOwnName ? shown(view.text) : QString();
+    if (!tip.empty()) description += (description.isEmpty() ? "" : ". ") + shownLine(tip);
+    button_->setAccessibleDescription(description);
   }
 
  private:

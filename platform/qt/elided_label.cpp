@@ -22,6 +22,7 @@ void ElidedLabel::setView(const View& view) {
   setText(shownLine(view.text));
   setToolTip(toolTipText(view.text));
   setAccessibleName(QString::fromStdString(view.text));
+  setAccessibleDescription(shownLine(view.text));  // or else the tip, with its markup
   updateGeometry();
 }
 

@@ -27,8 +27,17 @@ int catchSignals() {
 
 /// Where there is no display, windows are drawn for nobody: the program has to run there too, to
 /// say what is missing.
-int& withoutDisplay(int& count) {
+void drawForNobodyWithoutDisplay() {
   if (!qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
+}
+
+/// Qt asks but once whether the desktop's accessibility is on, and would stay silent for as long as
+/// it runs; the program needs it switched on in any case, and helps with that.
+void speakWhateverIsOn() { qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"); }
+
+int& prepared(int& count) {
+  drawForNobodyWithoutDisplay();
+  speakWhateverIsOn();
   return count;
 }
 
@@ -47,7 +56,7 @@ void tellOfLostDisplay() {
 }  // namespace
 
 QtApplication::QtApplication(int& count, char** values)
-    : caughtSignals_(catchSignals()), application_(withoutDisplay(count), values) {
+    : caughtSignals_(catchSignals()), application_(prepared(count), values) {
   QApplication::setApplicationName("Kivra");
   QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);

@@ -21,7 +21,9 @@ std::uint64_t flagsOf(Qt::KeyboardModifiers modifiers) {
   return flags;
 }
 
+/// Also what stands for Fn, and the keys that choose a layout, which Qt has no number for.
 bool isModifierKey(int key) {
+  if (key == Qt::Key_Menu || key == Qt::Key_unknown) return true;
   return (key >= Qt::Key_Shift && key <= Qt::Key_ScrollLock) || key == Qt::Key_Super_L ||
          key == Qt::Key_Super_R || key == Qt::Key_Hyper_L || key == Qt::Key_Hyper_R ||
          key == Qt::Key_AltGr;
@@ -55,20 +57,45 @@ class QtLocalKeyMonitors::Filter : public QObject {
   }
 
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (monitors_.monitors_.empty() || !watched->isWindowType()) return false;
-    if (event->type() != QEvent::KeyPress) return false;
-    const auto down = keyDown(static_cast<const QKeyEvent&>(*event));
-    // A key without a code of its own is no hotkey, and none of the controls' business either.
-    return !down || !monitors_.pass(*down);
+    if (event->type() != QEvent::KeyPress || !watched->isWindowType()) return false;
+    return !monitors_.arrives(static_cast<const QKeyEvent&>(*event));
   }
 
  private:
   QtLocalKeyMonitors& monitors_;
 };
 
-QtLocalKeyMonitors::QtLocalKeyMonitors() : filter_(std::make_unique<Filter>(*this)) {}
+QtLocalKeyMonitors::QtLocalKeyMonitors(std::function<bool()> areKeysReported)
+    : areKeysReported_(std::move(areKeysReported)), filter_(std::make_unique<Filter>(*this)) {}
 
 QtLocalKeyMonitors::~QtLocalKeyMonitors() = default;
+
+bool QtLocalKeyMonitors::take(const Event& event) {
+  const auto isKey = event.type == EventType::keyDown || event.type == EventType::flagsChanged;
+  if (!isMonitoring() || !isKey) return false;
+  if (event.type == EventType::keyDown) ++awaited_[event.keyCode];
+  pass(event);
+  return true;
+}
+
+/// Whether the press goes on to the window.
+bool QtLocalKeyMonitors::arrives(const QKeyEvent& event) {
+  const auto down = keyDown(event);
+  if (!isMonitoring()) return !down || !isLateArrival(down->keyCode);
+  // A key without a code of its own is no hotkey, and none of the controls' business either.
+  if (!down) return false;
+  if (!areKeysReported_()) return pass(*down);
+  --awaited_[down->keyCode];
+  return false;
+}
+
+/// The last press that was taken may end the monitoring before it arrives.
+bool QtLocalKeyMonitors::isLateArrival(std::uint16_t key) {
+  const auto awaited = awaited_.find(key);
+  const auto isLate = awaited != awaited_.end() && awaited->second > 0;
+  awaited_.clear();
+  return isLate;
+}
 
 bool QtLocalKeyMonitors::pass(const Event& event) const {
   const auto bit = 1ULL << static_cast<std::uint32_t>(event.type);
@@ -80,6 +107,7 @@ bool QtLocalKeyMonitors::pass(const Event& event) const {
 
 std::shared_ptr<LocalKeyMonitor> QtLocalKeyMonitors::addLocalMonitor(
     std::uint64_t mask, std::function<EventVerdict(const Event&)> handler) {
+  if (!isMonitoring()) awaited_.clear();
   auto monitor = std::make_shared<Monitor>(mask, std::move(handler));
   monitors_.push_back(monitor);
   return monitor;

@@ -6,16 +6,16 @@
 #include <QDBusMessage>
 #include <QDBusReply>
 #include <QDBusServiceWatcher>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QMenu>
-#include <QPainter>
 #include <QSystemTrayIcon>
 #include <QTimer>
 #include <optional>
 #include <utility>
 
 #include "platform/qt/symbol.h"
+#include "platform/qt/tray_icon.h"
+#include "platform/qt/view_style.h"
 
 namespace kivra::qt {
 
@@ -39,12 +39,20 @@ bool hasHost() {
 /// A menu whose key equivalents work while it is open.
 class StatusMenu : public QMenu {
  public:
+  StatusMenu() { showDisabledLines(); }
+
   void setItems(const std::vector<MenuItem>& items) {
     clear();
     for (const auto& item : items) addItem(item);
   }
 
  protected:
+  /// Lines that only say something are to be read.
+  void changeEvent(QEvent* event) override {
+    QMenu::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) showDisabledLines();
+  }
+
   void keyPressEvent(QKeyEvent* event) override {
     for (auto* const action : actions()) {
       if (!action->shortcut().isEmpty() && action->shortcut() == event->keyCombination()) {
@@ -57,6 +65,16 @@ class StatusMenu : public QMenu {
   }
 
  private:
+  void showDisabledLines() {
+    auto colors = palette();
+    const auto readable = secondaryColor(colors);
+    if (colors.color(QPalette::Disabled, QPalette::WindowText) == readable) return;
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+      colors.setColor(QPalette::Disabled, role, readable);
+    }
+    setPalette(colors);
+  }
+
   void addItem(const MenuItem& item) {
     if (item.isSeparator) {
       addSeparator();
@@ -72,25 +90,10 @@ class StatusMenu : public QMenu {
   }
 };
 
-/// The icon with less of it: the program is off.
-QIcon dimmed(const QIcon& icon) {
-  QIcon faint;
-  for (const auto& size : icon.availableSizes()) {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    painter.setOpacity(0.4);
-    icon.paint(&painter, pixmap.rect());
-    painter.end();
-    faint.addPixmap(pixmap);
-  }
-  return faint;
-}
-
 class QtStatusItem : public StatusItem {
  public:
-  QtStatusItem(Log& log, std::function<bool()> hasOldTray)
-      : hasOldTray_(std::move(hasOldTray)),
+  QtStatusItem(Log& log, std::function<std::optional<OldTray>()> oldTray)
+      : oldTray_(std::move(oldTray)),
         hostWatcher_(hostName, QDBusConnection::sessionBus(),
                      QDBusServiceWatcher::WatchForRegistration) {
     QObject::connect(&menu_, &QMenu::aboutToShow, &menu_, [this] { rebuildMenu(); });
@@ -105,7 +108,7 @@ class QtStatusItem : public StatusItem {
 
   void setButtonImage(const std::string& symbol,
                       const std::string& accessibilityDescription) override {
-    image_ = symbolIcon(symbol);
+    symbol_ = symbol;
     description_ = QString::fromStdString(accessibilityDescription);
     update();
   }
@@ -123,7 +126,13 @@ class QtStatusItem : public StatusItem {
  private:
   // Qt decides once, when it is first asked for an icon, which kind of tray the session has.
   void showWhereTrayIs() {
-    if (icon_ || !(hasHost() || hasOldTray_())) return;
+    if (icon_) return;
+    look_.drawsNames = hasHost();
+    if (!look_.drawsNames) {
+      const auto tray = oldTray_();
+      if (!tray) return;
+      if (tray->foreground) look_.foreground = QColor::fromRgb(*tray->foreground);
+    }
     trayCheck_.stop();
     icon_.emplace();
     QObject::connect(&*icon_, &QSystemTrayIcon::activated, &menu_,
@@ -135,9 +144,9 @@ class QtStatusItem : public StatusItem {
   }
 
   void update() {
-    if (!icon_ || image_.isNull()) return;
+    if (!icon_ || !hasSymbol(symbol_)) return;
     icon_->setToolTip(description_);
-    icon_->setIcon(appearsDisabled_ ? dimmed(image_) : image_);
+    icon_->setIcon(trayIcon(symbol_, appearsDisabled_, look_));
     icon_->show();
   }
 
@@ -145,8 +154,9 @@ class QtStatusItem : public StatusItem {
     if (menuNeedsUpdate_) menu_.setItems(menuNeedsUpdate_());
   }
 
-  std::function<bool()> hasOldTray_;
-  QIcon image_;
+  std::function<std::optional<OldTray>()> oldTray_;
+  TrayLook look_;
+  std::string symbol_;
   QString description_;
   bool appearsDisabled_ = false;
   std::function<std::vector<MenuItem>()> menuNeedsUpdate_;
@@ -159,7 +169,7 @@ class QtStatusItem : public StatusItem {
 }  // namespace
 
 std::unique_ptr<StatusItem> QtStatusBar::statusItem(double /*length*/) {
-  return std::make_unique<QtStatusItem>(log_, hasOldTray_);
+  return std::make_unique<QtStatusItem>(log_, oldTray_);
 }
 
 }  // namespace kivra::qt

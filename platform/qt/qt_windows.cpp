@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QScreen>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -11,6 +12,7 @@
 #include <optional>
 #include <utility>
 
+#include "platform/qt/accessible_role.h"
 #include "platform/qt/drawn_view.h"
 
 namespace kivra::qt {
@@ -20,11 +22,23 @@ namespace {
 /// The widget of a window: closing it hides it and tells.
 class WindowWidget : public QWidget {
  public:
-  explicit WindowWidget(Qt::WindowFlags flags) : QWidget(nullptr, flags) {}
+  explicit WindowWidget(Qt::WindowFlags flags) : QWidget(nullptr, flags) {
+    setAccessibleRole(*this, QAccessible::Border);  // a frame, as screen readers call windows
+  }
 
   std::function<void()> closeHandler;
 
  protected:
+  /// A key held down since it did something else closes nothing.
+  void keyPressEvent(QKeyEvent* event) override {
+    const auto closes = event->key() == Qt::Key_Escape || event->matches(QKeySequence::Close);
+    if (closes && !event->isAutoRepeat()) {
+      close();
+    } else {
+      QWidget::keyPressEvent(event);
+    }
+  }
+
   void closeEvent(QCloseEvent* event) override {
     event->accept();
     const auto handler = closeHandler;

@@ -1,11 +1,11 @@
 #include "platform/qt/symbol.h"
 
 #include <QGuiApplication>
-#include <QIconEngine>
 #include <QPainterPath>
 #include <QPalette>
-#include <QPixmap>
 #include <map>
+
+#include "platform/qt/painted_icon_engine.h"
 
 namespace kivra::qt {
 
@@ -159,7 +159,7 @@ const std::map<std::string, Drawing>& drawings() {
 }
 
 /// Draws the symbol anew at every size and in the colours of the moment.
-class SymbolIconEngine : public QIconEngine {
+class SymbolIconEngine : public PaintedIconEngine {
  public:
   explicit SymbolIconEngine(std::string name) : name_(std::move(name)) {}
 
@@ -170,19 +170,7 @@ class SymbolIconEngine : public QIconEngine {
     drawSymbol(*painter, rect, name_, palette.color(group, role));
   }
 
-  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-    QPixmap pixmap(size);
-    pixmap.fill(Qt::transparent);
-    QPainter painter(&pixmap);
-    paint(&painter, QRect({}, size), mode, state);
-    return pixmap;
-  }
-
   QIconEngine* clone() const override { return new SymbolIconEngine(name_); }
-
-  QList<QSize> availableSizes(QIcon::Mode, QIcon::State) override {
-    return {{16, 16}, {22, 22}, {24, 24}, {32, 32}, {48, 48}, {64, 64}};
-  }
 
  private:
   std::string name_;
@@ -195,18 +183,10 @@ class ApplicationIconEngine : public SymbolIconEngine {
   ApplicationIconEngine() : SymbolIconEngine(symbol) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
-    const auto part = [&](double share) { return rect.width() * share; };
-    const auto inner = [&](double margin) {
-      return QRectF(rect).adjusted(part(margin), part(margin), -part(margin), -part(margin));
-    };
-    QLinearGradient colors(rect.topLeft(), rect.bottomLeft());
-    colors.setColorAt(0, QColor(0x4F, 0x7D, 0xF0));
-    colors.setColorAt(1, QColor(0x27, 0x48, 0xB8));
-    painter->setRenderHint(QPainter::Antialiasing);
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(colors);
-    painter->drawRoundedRect(inner(0.0625), part(0.2), part(0.2));
-    drawSymbol(*painter, inner(0.15), symbol, Qt::white);
+    const auto margin = rect.width() * 0.15;
+    drawGround(*painter, rect, programGround);
+    drawSymbol(*painter, QRectF(rect).adjusted(margin, margin, -margin, -margin), symbol,
+               Qt::white);
   }
 
   QIconEngine* clone() const override { return new ApplicationIconEngine; }
@@ -238,6 +218,18 @@ void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
 
 QIcon symbolIcon(const std::string& name) {
   return hasSymbol(name) ? QIcon(new SymbolIconEngine(name)) : QIcon();
+}
+
+void drawGround(QPainter& painter, const QRect& rect, const GroundColors& colors) {
+  const auto margin = rect.width() * 0.0625;
+  const auto radius = rect.width() * 0.2;
+  QLinearGradient gradient(rect.topLeft(), rect.bottomLeft());
+  gradient.setColorAt(0, QColor::fromRgb(colors.top));
+  gradient.setColorAt(1, QColor::fromRgb(colors.bottom));
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(gradient);
+  painter.drawRoundedRect(QRectF(rect).adjusted(margin, margin, -margin, -margin), radius, radius);
 }
 
 QIcon applicationIcon() { return QIcon(new ApplicationIconEngine); }

@@ -18,6 +18,18 @@ void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
 /// The symbol as an icon in the colours of the palette; null when there is no such symbol.
 QIcon symbolIcon(const std::string& name);
 
+/// The colours of a ground, from its top to its bottom, as 0xRRGGBB.
+struct GroundColors {
+  unsigned int top;
+  unsigned int bottom;
+};
+
+/// Those of the program's own icon.
+inline constexpr GroundColors programGround{0x4F7DF0, 0x2748B8};
+
+/// A rounded ground for a symbol.
+void drawGround(QPainter& painter, const QRect& rect, const GroundColors& colors);
+
 /// What lists of windows show for the program.
 QIcon applicationIcon();
 

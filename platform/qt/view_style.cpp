@@ -62,6 +62,10 @@ QColor styledColor(const View& view, const QPalette& palette) {
 
 QColor secondaryColor(const QPalette& palette) { return mixed(palette, 0.66); }
 
+QColor placeholderColor(const QPalette& palette) {
+  return mixed(palette.color(QPalette::Base), palette.color(QPalette::Text), 0.55);
+}
+
 QColor groundColor(const QPalette& palette) {
   return isDark(palette) ? mixed(palette, 0.07)
                          : mixed(palette.color(QPalette::Window), Qt::white, 0.6);

@@ -18,6 +18,8 @@ QColor styledColor(const View& view, const QPalette& palette);
 
 /// A quieter text, the ground of a group and the lines in it.
 QColor secondaryColor(const QPalette& palette);
+/// Of what stands in an empty field.
+QColor placeholderColor(const QPalette& palette);
 QColor groundColor(const QPalette& palette);
 QColor lineColor(const QPalette& palette);
 

@@ -4,6 +4,8 @@
 
 #include <utility>
 
+#include "platform/io/bus_connection.h"
+
 namespace kivra {
 
 namespace {
@@ -33,11 +35,6 @@ constexpr Keeper keepers[] = {
 /// The connection; belongs to the worker's thread.
 class LayoutKeepers::Bus {
  public:
-  Bus() = default;
-  ~Bus() { close(); }
-  Bus(const Bus&) = delete;
-  Bus& operator=(const Bus&) = delete;
-
   void tell(std::uint32_t group, const std::stop_token& stop) {
     if (!connect(stop)) return;
     for (const auto& keeper : keepers) {
@@ -48,39 +45,24 @@ class LayoutKeepers::Bus {
           message, static_cast<GDBusMessageFlags>(G_DBUS_MESSAGE_FLAGS_NO_REPLY_EXPECTED |
                                                   G_DBUS_MESSAGE_FLAGS_NO_AUTO_START));
       g_dbus_message_set_body(message, g_variant_new("(u)", group));
-      g_dbus_connection_send_message(connection_, message, G_DBUS_SEND_MESSAGE_FLAGS_NONE, nullptr,
-                                     nullptr);
+      g_dbus_connection_send_message(connection_.get(), message, G_DBUS_SEND_MESSAGE_FLAGS_NONE,
+                                     nullptr, nullptr);
       g_object_unref(message);
     }
   }
 
  private:
   bool connect(const std::stop_token& stop) {
-    if (connection_ != nullptr && g_dbus_connection_is_closed(connection_) != 0) close();
-    if (connection_ != nullptr) return true;
+    if (connection_ && g_dbus_connection_is_closed(connection_.get()) != 0) connection_.reset();
+    if (connection_) return true;
     auto* const cancellable = g_cancellable_new();
     const std::stop_callback onStop(stop, [cancellable] { g_cancellable_cancel(cancellable); });
-    char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable, nullptr);
-    if (address != nullptr) {
-      connection_ = g_dbus_connection_new_for_address_sync(
-          address,
-          static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                            G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-          nullptr, cancellable, nullptr);
-    }
-    g_free(address);
+    connection_ = connectToBus(G_BUS_TYPE_SESSION, cancellable);
     g_object_unref(cancellable);
     return connection_ != nullptr;
   }
 
-  void close() {
-    if (connection_ == nullptr) return;
-    g_dbus_connection_close_sync(connection_, nullptr, nullptr);
-    g_object_unref(connection_);
-    connection_ = nullptr;
-  }
-
-  GDBusConnection* connection_ = nullptr;
+  BusConnection connection_;
 };
 
 LayoutKeepers::LayoutKeepers(CallOnMainThread callOnMainThread)

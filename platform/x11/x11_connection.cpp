@@ -17,6 +17,9 @@ namespace kivra::x11 {
 
 namespace {
 
+constexpr auto waylandProblem =
+    "в сеансе Wayland окна не показывают нажатий другим программам; войдите в сеанс X11 (Xorg)";
+
 bool hasExtension(xcb_connection_t* connection, std::string_view name) {
   const XcbPointer<xcb_query_extension_reply_t> reply(xcb_query_extension_reply(
       connection,
@@ -31,6 +34,23 @@ bool hasXInput(xcb_connection_t* connection) {
       connection, xcb_input_xi_query_version(connection, 2, 2), nullptr));
   return reply &&
          (reply->major_version > 2 || (reply->major_version == 2 && reply->minor_version >= 2));
+}
+
+/// Such a server shows the windows of X programs in a Wayland session, and sees the keys of no
+/// others. Its devices have told of it for longer than its extension has.
+bool isXwayland(xcb_connection_t* connection) {
+  constexpr std::string_view devices = "xwayland-";
+  if (hasExtension(connection, "XWAYLAND")) return true;
+  if (!hasXInput(connection)) return false;
+  const XcbPointer<xcb_input_xi_query_device_reply_t> reply(xcb_input_xi_query_device_reply(
+      connection, xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL), nullptr));
+  if (!reply) return false;
+  auto info = xcb_input_xi_query_device_infos_iterator(reply.get());
+  for (; info.rem > 0; xcb_input_xi_device_info_next(&info)) {
+    const std::string_view name(xcb_input_xi_device_info_name(info.data), info.data->name_len);
+    if (name.starts_with(devices)) return true;
+  }
+  return false;
 }
 
 void selectEvents(xcb_connection_t* connection) {
@@ -57,14 +77,18 @@ bool X11Connection::connect() {
   if (xcb_connection_has_error(connection_) != 0) {
     xcb_disconnect(connection_);
     connection_ = nullptr;
-    problem_ = std::getenv("WAYLAND_DISPLAY") != nullptr
-                   ? "сеанс Wayland без X-сервера: войдите в сеанс X11 (Xorg)"
-                   : "нет X-сервера (DISPLAY)";
+    problem_ =
+        std::getenv("WAYLAND_DISPLAY") != nullptr ? waylandProblem : "нет X-сервера (DISPLAY)";
     return false;
   }
   root_ = rootWindow(connection_, screen);
+  if (isXwayland(connection_)) {
+    problem_ = waylandProblem;
+    return false;
+  }
   const auto lacking = missing();
-  problem_ = lacking.empty() ? "" : "X-сервер не умеет: " + lacking;
+  problem_ =
+      lacking.empty() ? "" : "X-сервер не умеет: " + lacking + "; войдите в сеанс обычного Xorg";
   if (problem_.empty()) selectEvents(connection_);
   return problem_.empty();
 }
@@ -82,6 +106,8 @@ std::string X11Connection::missing() {
   check(hasExtension(connection_, "XTEST"), "XTEST");
   return names;
 }
+
+bool X11Connection::isOfWaylandSession() const { return problem_ == waylandProblem; }
 
 bool X11Connection::isLost() const {
   return connection_ != nullptr && xcb_connection_has_error(connection_) != 0;
@@ -130,6 +156,17 @@ xcb_window_t X11Connection::parent(xcb_window_t window) {
   const XcbPointer<xcb_query_tree_reply_t> reply(
       xcb_query_tree_reply(connection_, xcb_query_tree(connection_, window), nullptr));
   return reply ? reply->parent : 0;
+}
+
+bool X11Connection::isKeyGrabbed(xcb_keycode_t key, std::uint16_t modifiers) {
+  if (!isConnected()) return false;
+  const XcbPointer<xcb_generic_error_t> error(xcb_request_check(
+      connection_, xcb_grab_key_checked(connection_, 1, root_, modifiers, key, XCB_GRAB_MODE_ASYNC,
+                                        XCB_GRAB_MODE_ASYNC)));
+  if (error) return error->error_code == XCB_ACCESS;
+  xcb_ungrab_key(connection_, key, root_, modifiers);
+  xcb_flush(connection_);
+  return false;
 }
 
 std::optional<std::uint32_t> X11Connection::group() {

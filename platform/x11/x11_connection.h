@@ -29,6 +29,8 @@ class X11Connection {
   /// in the way of the program, in a line for the user; empty when nothing does.
   bool connect();
   const std::string& problem() const { return problem_; }
+  /// Whether that is the kind of the session.
+  bool isOfWaylandSession() const;
   bool isConnected() const { return connection_ != nullptr && problem_.empty(); }
 
   /// True once the server has closed a connection that stood.
@@ -62,6 +64,9 @@ class X11Connection {
   /// The window with the keyboard focus, 0 for none.
   xcb_window_t focusWindow();
   xcb_window_t parent(xcb_window_t window);
+
+  /// Whether another client has grabbed the key with exactly these modifiers on the root window.
+  bool isKeyGrabbed(xcb_keycode_t key, std::uint16_t modifiers);
 
   /// The XKB group in effect.
   std::optional<std::uint32_t> group();

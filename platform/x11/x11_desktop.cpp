@@ -22,7 +22,8 @@ X11Desktop::X11Desktop(Environment environment)
                        return guard::pauseAfterErasing(
                            workspace.frontmostBundleIdentifier().value_or(""));
                      },
-                 .postRefused = [this] { eventPosting.refuse(); }}),
+                 .postRefused = [this] { eventPosting.refuse(); },
+                 .isTakenByOwnWindow = environment_.isTakenByOwnWindow}),
       inputSources(connection_, posted_, group_, environment_.log),
       workspace(connection_, {.isPasswordFocused = environment_.isPasswordFocused,
                               .activeWindowChanged = environment_.activeWindowChanged,

@@ -35,6 +35,8 @@ class X11Desktop {
     std::function<void(std::string_view)> open;  ///< opens an address
     /// Called with each XKB group that is selected, while the guard locks it.
     std::function<void(std::uint32_t group)> groupSelected;
+    /// A key that the program's own windows take, before the tap does.
+    std::function<bool(const Event&)> isTakenByOwnWindow;
     std::function<void()> connectionLost;  ///< called once when the X server is gone
   };
 
@@ -43,6 +45,12 @@ class X11Desktop {
   /// Connects unless connected; false while the session cannot serve, for the reason `problem`.
   bool connect();
   const std::string& problem() const { return connection_.problem(); }
+
+  /// Whether the problem is that the session is one of Wayland.
+  bool isWaylandSession() const { return connection_.isOfWaylandSession(); }
+
+  /// Whether the keyboard guard, which a tap starts, runs.
+  bool isGuardRunning() const { return guard_.fd() >= 0 && !guard_.isGone(); }
 
  private:
   void readEvents();

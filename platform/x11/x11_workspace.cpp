@@ -1,10 +1,14 @@
 #include "platform/x11/x11_workspace.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <utility>
 
 #include "platform/x11/application_identifiers.h"
+#include "platform/xkb/key_map.h"
+#include "platform/xkb/virtual_keys.h"
 
 namespace kivra::x11 {
 
@@ -48,12 +52,20 @@ X11Workspace::X11Workspace(X11Connection& connection, Environment environment)
 X11Workspace::~X11Workspace() { connection_.onPropertyChange(nullptr); }
 
 std::optional<std::string> X11Workspace::frontmostBundleIdentifier() {
-  connection_.readEvents();
-  if (!isKnown_) identifier_ = readIdentifier();
+  readFrontmost();
   return identifier_;
 }
 
-std::optional<std::string> X11Workspace::readIdentifier() {
+bool X11Workspace::isOwnWindowInFront() {
+  readFrontmost();
+  return isOwn_;
+}
+
+void X11Workspace::readFrontmost() {
+  connection_.readEvents();
+  if (isKnown_) return;
+  identifier_.reset();
+  isOwn_ = false;
   // Few window trees are deeper: a client window stands within the manager's frame.
   constexpr int deepest = 16;
   // Each is watched before it is read, so that no change falls between.
@@ -69,10 +81,36 @@ std::optional<std::string> X11Workspace::readIdentifier() {
   if (window == 0) window = connection_.focusWindow();
   for (int i = 0; i < deepest && window != 0 && window != connection_.root(); ++i) {
     const auto name = applicationName(window);
-    if (!name.empty()) return bundleIdentifier(name);
+    if (!name.empty()) {
+      identifier_ = bundleIdentifier(name);
+      isOwn_ = isOfThisProcess(window);
+      return;
+    }
     window = connection_.parent(window);
   }
-  return std::nullopt;
+}
+
+bool X11Workspace::isOfThisProcess(xcb_window_t window) {
+  // A number as wide as a window's.
+  return connection_.windowProperty(window, "_NET_WM_PID") == static_cast<xcb_window_t>(::getpid());
+}
+
+std::string X11Workspace::shortcutOwner(const KeyChord& keys) {
+  constexpr std::pair<std::uint64_t, std::uint16_t> masks[] = {
+      {event_flags::shift, XCB_MOD_MASK_SHIFT},
+      {event_flags::control, XCB_MOD_MASK_CONTROL},
+      {event_flags::option, XCB_MOD_MASK_1},
+      {event_flags::command, XCB_MOD_MASK_4}};
+  const auto key = evdevCode(keys.keyCode);
+  if (!key) return {};
+  std::uint16_t modifiers = 0;
+  for (const auto& [flag, mask] : masks) {
+    if ((keys.flags & flag) != 0) modifiers = static_cast<std::uint16_t>(modifiers | mask);
+  }
+  // The server does not tell whose it is.
+  return connection_.isKeyGrabbed(static_cast<xcb_keycode_t>(*key + xkbOffset), modifiers)
+             ? "или у самого рабочего стола"
+             : "";
 }
 
 std::string X11Workspace::applicationName(xcb_window_t window) {

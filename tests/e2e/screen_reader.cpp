@@ -100,6 +100,10 @@ void ScreenReader::press(const Control& control) const {
   bus_.call(control.object, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0));
 }
 
+void ScreenReader::focus(const Control& control) const {
+  bus_.call(control.object, "org.a11y.atspi.Component", "GrabFocus");
+}
+
 void ScreenReader::setText(const Control& control, const std::string& text) const {
   bus_.call(control.object, "org.a11y.atspi.EditableText", "SetTextContents",
             g_variant_new("(s)", text.c_str()));

@@ -32,6 +32,7 @@ class ScreenReader {
 
   /// Does what a click on the control does.
   void press(const Control& control) const;
+  void focus(const Control& control) const;
   void setText(const Control& control, const std::string& text) const;
 
  private:

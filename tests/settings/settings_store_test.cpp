@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/embedded/embedded_defaults_database.h"
+#include "platform/embedded/embedded_terms.h"
 
 namespace kivra {
 namespace {
@@ -20,8 +21,8 @@ TEST_F(SettingsStoreTest, HasItsDefaultsAndStoresNone) {
               settings.autoCorrectTypos());
   EXPECT_EQ(settings.skipBundleIDs().size(), 7U);
   EXPECT_EQ(settings.translationEngine(), EngineKind::appleTranslate);
-  EXPECT_EQ(settings.translateCombo().displayText(), "⌃fn");
-  EXPECT_EQ(settings.correctCombo().displayText(), "⇧fn");
+  EXPECT_EQ(settings.translateCombo().displayText(embedded::EmbeddedTerms()), "⌃fn");
+  EXPECT_EQ(settings.correctCombo().displayText(embedded::EmbeddedTerms()), "⇧fn");
   EXPECT_EQ(settings.ctrlFnTargetLang(), "EN-US");
   EXPECT_EQ(settings.manualSwitchHotkey(), (Hotkey{35, 0xC0000}));
   EXPECT_EQ(settings.translateHotkey1(), (Hotkey{14, 0xC0000}));
@@ -65,7 +66,8 @@ TEST_F(SettingsStoreTest, TakesDefaultsForWhatItCannotReadAndLeavesItStored) {
   EXPECT_EQ(settings.skipBundleIDs(), defaultSkipBundleIDs());
   EXPECT_EQ(settings.translationEngine(), EngineKind::appleTranslate);
   EXPECT_EQ(settings.correctHotkey().keyCode, 8);
-  EXPECT_EQ(settings.translateCombo().displayText(), "⌃fn") << "text is not data";
+  EXPECT_EQ(settings.translateCombo().displayText(embedded::EmbeddedTerms()), "⌃fn")
+      << "text is not data";
   EXPECT_EQ(database_.dictionaryRepresentation(), before);
 }
 

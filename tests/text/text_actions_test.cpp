@@ -169,7 +169,7 @@ TEST_F(TextActionsTest, NothingIsTouchedWhenThePasteboardWouldBeLost) {
 
 TEST_F(TextActionsTest, TheSettingsOpenWhenTheUserAsksForThem) {
   int opened = 0;
-  correction().setSettingsOpener([&] { ++opened; });
+  app_->services.showSettingsWindow = [&] { ++opened; };
   app_->services.text.keychain().write(std::nullopt, deepLKeyAccount);
   focus("слово");
   desktop_.alerts.queueButton("Открыть настройки…");
@@ -177,6 +177,35 @@ TEST_F(TextActionsTest, TheSettingsOpenWhenTheUserAsksForThem) {
     correction().run();
     desktop_.time.serve();
   }
+  EXPECT_EQ(opened, 1);
+}
+
+TEST_F(TextActionsTest, AFailureIsToldWithoutTheText) {
+  const auto told = [&] { return desktop_.notifications.last.value_or(Notification{}); };
+  focus("тайна");
+  reply(403, "no access for тайна");
+  translation().run("EN-US");
+  desktop_.time.serve();
+  EXPECT_EQ(told().title, "Перевод не удался");
+  EXPECT_EQ(told().text, "HTTP 403");
+  EXPECT_EQ(told().button, "");
+  focus("  ");
+  correction().run();
+  desktop_.time.serve();
+  EXPECT_EQ(told().title, "Нет текста");
+}
+
+TEST_F(TextActionsTest, WhereTheSettingsHelpAButtonOpensThem) {
+  int opened = 0;
+  app_->services.showSettingsWindow = [&] { ++opened; };
+  app_->services.text.keychain().write(std::nullopt, deepLKeyAccount);
+  focus("слово");
+  translation().run("EN-US");
+  desktop_.time.serve();
+  const auto told = desktop_.notifications.last.value_or(Notification{});
+  EXPECT_EQ(told.text, "Движок не настроен (нет ключа или модель недоступна)");
+  ASSERT_EQ(told.button, "Открыть настройки…");
+  told.action();
   EXPECT_EQ(opened, 1);
 }
 

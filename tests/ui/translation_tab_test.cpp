@@ -53,8 +53,9 @@ class TranslationTabTest : public testing::Test {
 
   embedded::EmbeddedDesktop desktop_{[](const embedded::Json&) {}, nullptr};
   Services services_{desktop_.platform()};
-  std::shared_ptr<TranslationTab> tab_ = std::make_shared<TranslationTab>(
-      services_.settings.pointer(), services_.text.keychain(), services_.text.engines());
+  std::shared_ptr<TranslationTab> tab_ =
+      std::make_shared<TranslationTab>(services_.settings.pointer(), services_.text.keychain(),
+                                       services_.text.engines(), desktop_.terms);
 };
 
 TEST_F(TranslationTabTest, AKeychainThatAsksTheUserIsReadWhenTheTabIsShown) {

@@ -1,5 +1,6 @@
 #include "linux_desktop.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <utility>
 
@@ -35,12 +36,14 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
                 },
             .open = [this](std::string_view address) { opener_.open(address); },
             .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
+            .isTakenByOwnWindow = [this](const Event& event) { return takeKey(event); },
             .connectionLost =
                 [this] {
                   reportLostServer();
                   qt::QtApplication::exit(EXIT_FAILURE);
                 }}),
-      text_(runLoop_, accessibility_, log_, model) {
+      text_(runLoop_, accessibility_, log_, model),
+      notifications_(qt::callOnMainThread) {
   spellChecker_.load();
   qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
 }
@@ -67,11 +70,13 @@ Platform LinuxDesktop::platform() {
           .localKeyMonitors = localKeyMonitors_,
           .locale = text_.locale,
           .log = log_,
+          .notifications = notifications_,
           .pasteboard = text_.pasteboard,
           .privacy = *this,
           .runLoop = runLoop_,
           .spellChecker = spellChecker_,
           .statusBar = statusBar_,
+          .terms = terms_,
           .translation = text_.translation,
           .windows = windows_,
           .workspace = x11_.workspace};
@@ -96,6 +101,43 @@ AccessType LinuxDesktop::checkAccess() {
   const auto isGranted = x11_.connect();
   reportMissing(reportedInput_, isGranted ? "" : "Kivra: клавиатуру не видно: " + x11_.problem());
   return isGranted ? AccessType::granted : AccessType::denied;
+}
+
+std::string LinuxDesktop::keyboardProblem() const {
+  return "Клавиатуру не видно: " + x11_.problem();
+}
+
+std::string LinuxDesktop::impediment() {
+  if (!x11_.connect()) {
+    return x11_.isWaylandSession() ? "Сеанс Wayland: войдите в сеанс X11 (Xorg)"
+                                   : keyboardProblem();
+  }
+  if (!accessibility_.isEnabled()) return "Специальные возможности (AT-SPI) выключены";
+  if (!x11_.isGuardRunning()) return "Сторож клавиатуры не работает: перезапустите Kivra";
+  return missingLayouts();
+}
+
+// The layouts are looked for once: one that comes later needs a new start.
+std::string LinuxDesktop::missingLayouts() {
+  const auto sources = x11_.inputSources.createInputSourceList();
+  const auto isMissing = [&](const char* language) {
+    return !sources || std::ranges::none_of(*sources, [&](const auto& source) {
+      return source->languages && !source->languages->empty() &&
+             source->languages->front() == language;
+    });
+  };
+  const auto noRussian = isMissing("ru");
+  const auto noEnglish = isMissing("en");
+  if (!noRussian && !noEnglish) return {};
+  const auto* const which = noRussian && noEnglish ? "русской и английской раскладок"
+                            : noRussian ? "русской раскладки"
+                                        : "английской раскладки";
+  return std::string("Нет ") + which + ": добавьте и перезапустите Kivra";
+}
+
+bool LinuxDesktop::takeKey(const Event& event) {
+  return localKeyMonitors_.isMonitoring() && x11_.workspace.isOwnWindowInFront() &&
+         localKeyMonitors_.take(event);
 }
 
 void LinuxDesktop::reportMissing(std::string& reported, const std::string& missing) {

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "linux_text_services.h"
+#include "old_tray.h"
 #include "platform/atspi/accessibility_bus.h"
 #include "platform/defaults/sqlite_defaults_database.h"
 #include "platform/platform.h"
@@ -13,12 +14,13 @@
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/session/address_opener.h"
+#include "platform/session/desktop_notifications.h"
 #include "platform/session/layout_keepers.h"
 #include "platform/session/linux_application.h"
+#include "platform/session/linux_terms.h"
 #include "platform/session/standard_error_log.h"
 #include "platform/session/system_clock.h"
 #include "platform/spelling/hunspell_spell_checker.h"
-#include "platform/x11/system_tray.h"
 #include "platform/x11/window_activation.h"
 #include "platform/x11/x11_desktop.h"
 
@@ -41,11 +43,15 @@ class LinuxDesktop : public Privacy {
   bool requestAccess() override { return checkAccess() == AccessType::granted; }
   std::string privacyPaneAddress() override { return std::string(AddressOpener::settingsAddress); }
   std::string accessibilityRemedy() override;
-  std::string inputMonitoringRemedy() override { return x11_.problem(); }
+  std::string inputMonitoringRemedy() override { return keyboardProblem(); }
+  std::string impediment() override;
 
  private:
   void reportMissing(std::string& reported, const std::string& missing);
   void reportLostServer();
+  std::string keyboardProblem() const;
+  std::string missingLayouts();
+  bool takeKey(const Event& event);
 
   StandardErrorLog log_;
   SystemClock clock_;
@@ -59,8 +65,10 @@ class LinuxDesktop : public Privacy {
   x11::X11Desktop x11_;
   LinuxTextServices text_;
   qt::QtAlerts alerts_{x11::activateWindow};
-  qt::QtLocalKeyMonitors localKeyMonitors_;
-  qt::QtStatusBar statusBar_{log_, x11::hasSystemTray};
+  DesktopNotifications notifications_;
+  LinuxTerms terms_;
+  qt::QtLocalKeyMonitors localKeyMonitors_{[this] { return x11_.isGuardRunning(); }};
+  qt::QtStatusBar statusBar_{log_, oldTray};
   qt::QtWindows windows_{x11::activateWindow};
   std::string reportedAccessibility_;
   std::string reportedInput_;

@@ -16,12 +16,13 @@
 #include <string>
 
 #include "app/kivra_app.h"
+#include "old_tray.h"
 #include "platform/embedded/embedded_desktop.h"
 #include "platform/qt/qt_local_key_monitors.h"
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/symbol.h"
-#include "platform/x11/system_tray.h"
+#include "platform/session/linux_terms.h"
 #include "program_options.h"
 
 namespace {
@@ -122,8 +123,9 @@ class Gallery {
   kivra::embedded::EmbeddedDesktop desktop_{printEffect, [] { return nullptr; }};
   kivra::qt::QtWindows windows_;
   kivra::qt::QtLocalKeyMonitors monitors_;
-  kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::x11::hasSystemTray};
-  kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_)};
+  kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::oldTray};
+  kivra::LinuxTerms terms_;
+  kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_, terms_)};
   QTimer clock_;
 };
 

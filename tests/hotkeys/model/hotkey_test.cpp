@@ -3,10 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "hotkeys/model/modifier_combo.h"
+#include "platform/embedded/embedded_terms.h"
 
 namespace kivra {
 namespace {
 
+const embedded::EmbeddedTerms terms;
 constexpr std::uint64_t controlOption = event_flags::control | event_flags::option;
 
 std::optional<std::string> englishCharacter(std::uint16_t keyCode) {
@@ -27,14 +29,14 @@ TEST(Hotkey, MatchesOnFourModifiersOnly) {
 }
 
 TEST(Hotkey, ShowsSymbolsInTheirOrderAndTheKeysName) {
-  EXPECT_EQ(displayText({35, controlOption}, englishCharacter), "⌃⌥P");
-  EXPECT_EQ(displayText({113, event_flags::control}, englishCharacter), "⌃Pause");
-  EXPECT_EQ(displayText({49, event_flags::command | event_flags::shift}, englishCharacter),
+  EXPECT_EQ(displayText({35, controlOption}, englishCharacter, terms), "⌃⌥P");
+  EXPECT_EQ(displayText({113, event_flags::control}, englishCharacter, terms), "⌃Pause");
+  EXPECT_EQ(displayText({49, event_flags::command | event_flags::shift}, englishCharacter, terms),
             "⇧⌘Space");
-  EXPECT_EQ(displayText({111, event_flags::fn}, englishCharacter), "F12");
-  EXPECT_EQ(displayText({105, 0}, englishCharacter), "#105");
-  EXPECT_EQ(displayText({76, event_flags::command}, englishCharacter), "⌘#76");
-  EXPECT_EQ(displayText({117, event_flags::command}, englishCharacter), "⌘#117");
+  EXPECT_EQ(displayText({111, event_flags::fn}, englishCharacter, terms), "F12");
+  EXPECT_EQ(displayText({105, 0}, englishCharacter, terms), "#105");
+  EXPECT_EQ(displayText({76, event_flags::command}, englishCharacter, terms), "⌘#76");
+  EXPECT_EQ(displayText({117, event_flags::command}, englishCharacter, terms), "⌘#117");
 }
 
 TEST(Hotkey, DecodesOnlyItsStoredForm) {
@@ -60,10 +62,10 @@ TEST(ModifierCombo, IsHeldWithFurtherModifiers) {
 
 TEST(ModifierCombo, ShowsItsMembersInTheFixedOrder) {
   using enum ComboModifier;
-  EXPECT_EQ((ModifierCombo{option, command, control}).displayText(), "⌃⌥⌘");
-  EXPECT_EQ(ModifierCombo{fn}.displayText(), "Выкл");
+  EXPECT_EQ((ModifierCombo{option, command, control}).displayText(terms), "⌃⌥⌘");
+  EXPECT_EQ(ModifierCombo{fn}.displayText(terms), "Выкл");
   std::string presets;
-  for (const auto& preset : ModifierCombo::presets()) presets += preset.displayText() + " ";
+  for (const auto& preset : ModifierCombo::presets()) presets += preset.displayText(terms) + " ";
   EXPECT_EQ(presets, "⌃fn ⌥fn ⌘fn ⇧fn ⌃⇧ ⌥⇧ ⇧⌘ ⌃⌘ ");
 }
 
