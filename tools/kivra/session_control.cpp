@@ -59,26 +59,28 @@ CommandReply SessionControl::run(const std::vector<std::string>& words, const st
   auto& services = app_.services;
   auto& defaults = services.platform.defaults;
   const auto running = runningProgram(app_);
-  const auto reply = control::carryOut(
-      {.settings = services.settings(),
-       .exceptions = services.exceptions(),
-       .replacements = [&services]() -> auto& { return services.replacements();
-}
-,
-    .frontmostIdentifier =
-        [&services] { return services.platform.workspace.frontmostBundleIdentifier(); },
-    .identifierOf = x11::bundleIdentifier, .namesOf = x11::programNames,
-    .isSaved = [&defaults] { return dynamic_cast<SqliteDefaultsDatabase&>(defaults).isSaved(); },
-    .running = &running
-}  // namespace kivra
-,
-      {words, input});
-return {reply.status, reply.output, reply.message};
+  const auto replacements = [&services]() -> ReplacementStore& { return services.replacements(); };
+  const auto frontmost = [&services] {
+    return services.platform.workspace.frontmostBundleIdentifier();
+  };
+  const auto isSaved = [&defaults] {
+    return dynamic_cast<SqliteDefaultsDatabase&>(defaults).isSaved();
+  };
+  const auto reply = control::carryOut({.settings = services.settings(),
+                                        .exceptions = services.exceptions(),
+                                        .replacements = replacements,
+                                        .frontmostIdentifier = frontmost,
+                                        .identifierOf = x11::bundleIdentifier,
+                                        .namesOf = x11::programNames,
+                                        .isSaved = isSaved,
+                                        .running = &running},
+                                       {words, input});
+  return {reply.status, reply.output, reply.message};
 }
 
 void SessionControl::noticeMissingTray() {
   app_.services.platform.runLoop.asyncAfter(trayPatience, [] {
-    if (x11::hasSystemTray() || hasNotifierHost()) return;
+    if (x11::systemTray() || hasNotifierHost()) return;
     showDesktopNotice("Kivra работает",
                       "Области уведомлений нет, значка не видно. Настройки: запустите Kivra ещё "
                       "раз, или в терминале: kivractl settings");
