@@ -11,6 +11,7 @@
 #include "allocations.h"
 #include "app/kivra_app.h"
 #include "platform/embedded/embedded_desktop.h"
+#include "platform/replaced_events.h"
 #include "platform/spelling/hunspell_spell_checker.h"
 
 namespace kivra {
@@ -68,39 +69,10 @@ class Program {
   void selectEnglish() { desktop_.inputSources.select("us"); }
 
  private:
-  Platform platform() {
-    const auto whole = desktop_.platform();
-    return {.accessibility = whole.accessibility,
-            .alerts = whole.alerts,
-            .application = whole.application,
-            .clock = whole.clock,
-            .defaults = whole.defaults,
-            .eventPosting = posting_,
-            .eventTaps = taps_,
-            .httpClient = whole.httpClient,
-            .inputSources = whole.inputSources,
-            .keychain = whole.keychain,
-            .languageModel = whole.languageModel,
-            .languageRecognizer = whole.languageRecognizer,
-            .localKeyMonitors = whole.localKeyMonitors,
-            .locale = whole.locale,
-            .log = whole.log,
-            .notifications = whole.notifications,
-            .pasteboard = whole.pasteboard,
-            .privacy = whole.privacy,
-            .runLoop = whole.runLoop,
-            .spellChecker = whole.spellChecker,
-            .statusBar = whole.statusBar,
-            .terms = whole.terms,
-            .translation = whole.translation,
-            .windows = whole.windows,
-            .workspace = whole.workspace};
-  }
-
   BareTaps taps_;
   NoPosting posting_;
   embedded::EmbeddedDesktop desktop_{nullptr, dictionaries};
-  KivraApp app_{platform()};
+  KivraApp app_{withEvents(desktop_.platform(), taps_, posting_)};
 };
 
 constexpr std::array<std::uint16_t, 6> privetKeys = {5, 4, 11, 2, 17, 45};  // "ghbdtn", "привет"

@@ -13,6 +13,8 @@
 
 namespace kivra {
 
+class AccessibilityWatcher;
+
 /// The session's accessibility bus, watched by a thread of its own: whether it answers and is
 /// switched on, and whether the focused field reads a password. All answers but texts are at hand
 /// at once.
@@ -53,8 +55,7 @@ class AccessibilityBus {
                                                std::chrono::steady_clock::time_point deadline);
 
  private:
-  class Watcher;
-  std::unique_ptr<Watcher> watcher_;
+  std::unique_ptr<AccessibilityWatcher> watcher_;
 };
 
 }  // namespace kivra

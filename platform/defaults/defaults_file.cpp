@@ -12,9 +12,8 @@
 #include <system_error>
 #include <thread>
 #include <utility>
-#include <vector>
 
-#include "platform/defaults/netstrings.h"
+#include "platform/defaults/statement.h"
 
 namespace kivra {
 
@@ -47,90 +46,6 @@ FileStatus statusOf(int code) {
       return FileStatus::failed;
   }
 }
-
-class Statement {
- public:
-  Statement(sqlite3* connection, std::string_view sql) {
-    code_ = sqlite3_prepare_v2(connection, sql.data(), static_cast<int>(sql.size()), &statement_,
-                               nullptr);
-  }
-  Statement(const Statement&) = delete;
-  Statement& operator=(const Statement&) = delete;
-  ~Statement() { sqlite3_finalize(statement_); }
-
-  int step() { return code_ == SQLITE_OK ? sqlite3_step(statement_) : code_; }
-
-  // Bound bytes must outlive the statement. A null pointer would be bound as NULL.
-  void bindText(int index, std::string_view text) {
-    bound(sqlite3_bind_text64(statement_, index, text.empty() ? "" : text.data(), text.size(),
-                              nullptr, SQLITE_UTF8));
-  }
-  void bindBlob(int index, const std::string& bytes) {
-    bound(sqlite3_bind_blob64(statement_, index, bytes.data(), bytes.size(), nullptr));
-  }
-  void bindBool(int index, bool value) {
-    bound(sqlite3_bind_int(statement_, index, value ? 1 : 0));
-  }
-
-  int columnType(int column) { return sqlite3_column_type(statement_, column); }
-  std::int64_t integer(int column) { return sqlite3_column_int64(statement_, column); }
-  std::string bytes(int column) {
-    const auto* data = static_cast<const char*>(sqlite3_column_blob(statement_, column));
-    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
-    return data == nullptr ? std::string() : std::string(data, size);
-  }
-
- private:
-  void bound(int code) {
-    if (code_ == SQLITE_OK) code_ = code;
-  }
-
-  sqlite3_stmt* statement_ = nullptr;
-  int code_ = SQLITE_OK;
-};
-
-std::optional<DefaultsValue> decodedValue(const std::string& type, Statement& row, int column) {
-  const auto storage = row.columnType(column);
-  if (type == "bool" && storage == SQLITE_INTEGER) {
-    const auto number = row.integer(column);
-    if (number == 0 || number == 1) return number == 1;
-  }
-  if (type == "string" && storage == SQLITE_TEXT) return row.bytes(column);
-  if (type == "data" && storage == SQLITE_BLOB) return Data{row.bytes(column)};
-  if (type == "array" && storage == SQLITE_TEXT) {
-    if (auto strings = netstrings::decoded(row.bytes(column))) return std::move(*strings);
-  }
-  return std::nullopt;
-}
-
-/// Binds a value's type and the value to two neighbouring parameters.
-class ValueBinder {
- public:
-  ValueBinder(Statement& statement, int index) : statement_(statement), index_(index) {}
-
-  void operator()(bool value) {
-    statement_.bindText(index_, "bool");
-    statement_.bindBool(index_ + 1, value);
-  }
-  void operator()(const std::string& value) {
-    statement_.bindText(index_, "string");
-    statement_.bindText(index_ + 1, value);
-  }
-  void operator()(const std::vector<std::string>& value) {
-    array_ = netstrings::encoded(value);
-    statement_.bindText(index_, "array");
-    statement_.bindText(index_ + 1, array_);
-  }
-  void operator()(const Data& value) {
-    statement_.bindText(index_, "data");
-    statement_.bindBlob(index_ + 1, value.bytes);
-  }
-
- private:
-  Statement& statement_;
-  int index_;
-  std::string array_;
-};
 
 bool createDirectories(const std::filesystem::path& directory) {
   std::error_code error;

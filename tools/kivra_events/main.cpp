@@ -1,0 +1,41 @@
+// Runs the program on the desktop and prints what its tap gets and what it posts. It takes the
+// program's place: two of them cannot run in one session.
+
+#include <filesystem>
+#include <iostream>
+
+#include "app/kivra_app.h"
+#include "linux_desktop.h"
+#include "platform/qt/qt_application.h"
+#include "platform/replaced_events.h"
+#include "traced_events.h"
+
+namespace {
+
+constexpr const char* usage =
+    "usage: kivra-events   runs Kivra and prints live which keys its tap gets and what it "
+    "decides\n";
+
+// At once, also into a file: the last line may be what is wanted after a kill.
+void print(const std::string& line) { std::cout << line << std::endl; }
+
+std::string guardProgram() {
+  return std::filesystem::read_symlink("/proc/self/exe").parent_path() / "kivra-keyboard-guard";
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  kivra::qt::QtApplication application(count, values);
+  if (count > 1) {
+    std::cerr << usage;
+    return 2;
+  }
+  kivra::LinuxDesktop desktop(guardProgram());
+  const auto whole = desktop.platform();
+  kivra::events::TracedEventTaps taps(whole.eventTaps, whole.inputSources, print);
+  kivra::events::TracedEventPosting posting(whole.eventPosting, print);
+  kivra::KivraApp kivra(kivra::withEvents(whole, taps, posting));
+  kivra.delegate->applicationDidFinishLaunching();
+  return application.run();
+}
