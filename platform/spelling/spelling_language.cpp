@@ -54,11 +54,13 @@ bool isTwoLetterWord(std::u32string_view word) {
   return twoLetterWords.find(between) != std::u32string_view::npos;
 }
 
+// English ones are left alone only against a common Russian word: "WG" is no reason to change "ЦП".
 bool isAbbreviation(std::u32string_view word, const IndexedWord& known) {
   if (word.size() > longestAbbreviation || letterCaseOf(word) != LetterCase::upper) return false;
-  const bool shadowed = (known.frequency.seen & seenShadowed) != 0;
-  return (known.frequency.seen & seenUpper) != 0 &&
-         known.frequency.level >= (shadowed ? leastLevelOfShadowed : leastLevelOfAbbreviation);
+  const WordFrequency& frequency = known.frequency;
+  if ((frequency.seen & seenUpper) == 0) return false;
+  if ((frequency.seen & seenShadowed) != 0) return frequency.level >= leastLevelOfShadowed;
+  return !isLatin(word) && frequency.level >= leastLevelOfAbbreviation;
 }
 
 // A list shows the word in the case in which it was typed, or in one that may become it: a word

@@ -165,7 +165,8 @@ TEST_F(SpellingQuality, piecesAndAbbreviationsDoNotBecomeWordsOfTheOtherLanguage
     const auto outcome = decide(words, word, russian, russian);
     return outcome && outcome->change == Change::switched;
   };
-  for (const auto* word : {U"шта", U"рук", U"ет", U"ск", U"сь", U"ые", U"Че", U"ПК", U"ВС"}) {
+  for (const auto* word :
+       {U"шта", U"рук", U"ет", U"ск", U"сь", U"ые", U"Че", U"ПК", U"ВС", U"ЦП"}) {
     EXPECT_FALSE(isSwitched(word, true)) << decodeWord(encodeWord(word).value_or(""));
   }
   for (const auto* word : {U"Herb", U"herb", U"NT", U"US"}) {
