@@ -22,11 +22,13 @@ inline Platform withEvents(const Platform& whole, EventTaps& taps, EventPosting&
           .localKeyMonitors = whole.localKeyMonitors,
           .locale = whole.locale,
           .log = whole.log,
+          .notifications = whole.notifications,
           .pasteboard = whole.pasteboard,
           .privacy = whole.privacy,
           .runLoop = whole.runLoop,
           .spellChecker = whole.spellChecker,
           .statusBar = whole.statusBar,
+          .terms = whole.terms,
           .translation = whole.translation,
           .windows = whole.windows,
           .workspace = whole.workspace};
