@@ -93,8 +93,9 @@ void Screen::act(std::uint16_t key) {
       ++faults_;
     }
   } else if (const auto plain = layouts_->character(key, group_, false); plain > U' ') {
-    const auto isLetter = std::iswalpha(static_cast<wint_t>(layouts_->character(key, group_, false)));
-    const auto shift = ((flags & event_flags::shift) != 0) != (isLetter != 0 && isCapsOn_);
+    const auto typing = layouts_->keyMap().keyFor(plain, group_);
+    const auto isTurned = isCapsOn_ && typing && typing->isCased;
+    const auto shift = ((flags & event_flags::shift) != 0) != isTurned;
     text_ += layouts_->character(key, group_, shift);
   } else if (plain == U' ') {
     text_ += plain;
