@@ -14,9 +14,9 @@ namespace kivra::guard {
 /// stopped then is told of by the system, and one that rests cannot hang.
 class GuardWatcher {
  public:
-  /// A guard that is stopped must not keep the keyboard for longer than users take it to be slow.
-  /// It is continued then: what was typed meanwhile comes in order.
-  static constexpr std::chrono::milliseconds stoppedTime{300};
+  /// A guard that is stopped keeps the keyboard no longer than this: it is continued, and what was
+  /// typed meanwhile comes in order. A key that is down meanwhile must not begin to repeat.
+  static constexpr std::chrono::milliseconds stoppedTime{100};
 
   /// One that is stopped for as long again so soon after that is ended.
   static constexpr std::chrono::milliseconds insistedTime{3000};
