@@ -62,7 +62,7 @@ TEST_F(TranslationTabTest, AKeychainThatAsksTheUserIsReadWhenTheTabIsShown) {
   LockedKeychain keychain;
   KeychainStore store(keychain, "test");
   tab_ = std::make_shared<TranslationTab>(services_.settings.pointer(), store,
-                                          services_.text.engines());
+                                          services_.text.engines(), desktop_.terms);
   EXPECT_EQ(keychain.waiting(), 0U);
   tab_->onAppear();
   tab_->onAppear();
@@ -86,7 +86,7 @@ TEST_F(TranslationTabTest, WhatIsTypedBeforeTheKeychainIsUnlockedStays) {
   KeychainStore store(keychain, "test");
   store.write("old", deepLKeyAccount);
   tab_ = std::make_shared<TranslationTab>(services_.settings.pointer(), store,
-                                          services_.text.engines());
+                                          services_.text.engines(), desktop_.terms);
   tab_->onAppear();
   edit("");
   keychain.unlock();
