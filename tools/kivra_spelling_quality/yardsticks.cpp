@@ -1,5 +1,6 @@
 #include "yardsticks.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <filesystem>
@@ -9,6 +10,8 @@
 #include <memory>
 #include <set>
 #include <utility>
+
+#include "platform/spelling/letter_code.h"
 
 namespace kivra::quality {
 namespace {
@@ -88,7 +91,10 @@ Oracle hunspellYardstick() {
 
 std::optional<Oracle> aspellYardstick(const std::vector<AskedWord>& words) {
   std::array<std::vector<std::string>, 2> asked;
-  for (const AskedWord& word : words) asked[word.russian ? 1 : 0].push_back(word.word);
+  for (const AskedWord& word : words) {
+    const bool isPlain = std::ranges::all_of(decodeUtf8(word.word), isLetterScalar);
+    if (isPlain) asked[word.russian ? 1 : 0].push_back(word.word);
+  }
   Answers english = askAspell(asked[0], "en_US");
   Answers russian = askAspell(asked[1], "ru");
   if (english.size() < asked[0].size() || russian.size() < asked[1].size()) return std::nullopt;

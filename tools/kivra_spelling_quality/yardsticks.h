@@ -17,7 +17,8 @@ struct AskedWord {
   bool russian = false;
 };
 
-/// Aspell with its first suggestion, asked about all `words` at once; it knows nothing of others.
+/// Aspell with its first suggestion, asked at once about those of `words` that are all letters; it
+/// knows nothing of others.
 /// Nothing where aspell is not installed for both languages.
 std::optional<Oracle> aspellYardstick(const std::vector<AskedWord>& words);
 
