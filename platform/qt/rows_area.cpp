@@ -201,17 +201,18 @@ bool RowsArea::find(const QString& letters) {
   return true;
 }
 
-void RowsArea::keyPressEvent(QKeyEvent* event) {
+bool RowsArea::handleKey(const QKeyEvent& event) {
   constexpr auto shortcuts = Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier;
-  if (event->modifiers() & shortcuts) {
-    event->ignore();
-  } else if (event->key() == Qt::Key_Delete && count() > 0) {
+  if (event.modifiers() & shortcuts) return false;
+  if (event.key() == Qt::Key_Delete && count() > 0) {
     const auto rows = rows_;  // they are others once one is gone
     rows->remove(static_cast<std::size_t>(chosen_));
-  } else if (!moveChoice(event->key()) && !find(event->text())) {
-    event->ignore();
+    return true;
   }
+  return moveChoice(event.key()) || find(event.text());
 }
+
+void RowsArea::keyPressEvent(QKeyEvent* event) { event->setAccepted(handleKey(*event)); }
 
 void RowsArea::mousePressEvent(QMouseEvent* event) {
   if (rowHeight_ == 0) return;

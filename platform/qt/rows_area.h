@@ -43,6 +43,7 @@ class RowsArea : public QAbstractScrollArea {
   void paintLines();
   void paintChosen();
   void choose(int index);
+  bool handleKey(const QKeyEvent& event);
   bool moveChoice(int key);
   bool find(const QString& letters);
 
