@@ -2,9 +2,10 @@
 
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
-#include <array>
+#include <cstddef>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -29,30 +30,34 @@ class LentGuards {
   };
 
   LentGuards() {
-    // Inherited by the programs.
-    ::socketpair(AF_UNIX, SOCK_SEQPACKET, 0, ends_.data());
-    ::setenv("KIVRA_LENDING_FD", std::to_string(ends_[1]).c_str(), 1);
+    // The system chooses a name that is no file's.
+    sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
+    socklen_t size = sizeof address.sun_family;
+    auto* const general = reinterpret_cast<sockaddr*>(&address);
+    ::bind(socket_, general, size);
+    size = sizeof address;
+    ::getsockname(socket_, general, &size);
+    const auto length = size - offsetof(sockaddr_un, sun_path) - 1;
+    ::setenv("KIVRA_LENDING_NAME", std::string(&address.sun_path[1], length).c_str(), 1);
   }
-  ~LentGuards() {
-    for (const auto end : ends_) ::close(end);
-  }
+  ~LentGuards() { ::close(socket_); }
   LentGuards(const LentGuards&) = delete;
   LentGuards& operator=(const LentGuards&) = delete;
 
   /// The guard that has been started; none when it does not come.
   std::unique_ptr<Guard> next() {
     constexpr int patience = 20'000;  // ms
-    pollfd waited{.fd = ends_[0], .events = POLLIN, .revents = 0};
+    pollfd waited{.fd = socket_, .events = POLLIN, .revents = 0};
     if (::poll(&waited, 1, patience) != 1) return nullptr;
     DescriptorMessage lent;
-    if (::recvmsg(ends_[0], &lent.message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
+    if (::recvmsg(socket_, &lent.message, MSG_CMSG_CLOEXEC) != 1) return nullptr;
     int fd = -1;
     std::memcpy(&fd, CMSG_DATA(CMSG_FIRSTHDR(&lent.message)), sizeof fd);
     return std::make_unique<Guard>(fd);
   }
 
  private:
-  std::array<int, 2> ends_{};
+  int socket_ = ::socket(AF_UNIX, SOCK_DGRAM | SOCK_CLOEXEC, 0);
 };
 
 }  // namespace kivra::guard
