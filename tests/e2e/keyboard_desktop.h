@@ -22,9 +22,13 @@ struct KeyboardDesktop : KivraSession {
 
   /// What stands in the window after the hands have done this in the English layout.
   std::string typed(const std::function<void()>& hands) {
+    window.clear();
     typist.tap(keys::enter);  // no word of before
+    const auto hasEnded = [this] {
+      return window.textWhenQuiet(std::chrono::milliseconds(50)).ends_with('\n');
+    };
+    waitFor(hasEnded);
     typist.selectGroup(0);
-    window.textWhenQuiet(std::chrono::milliseconds(50));
     window.clear();
     hands();
     return window.textWhenQuiet();

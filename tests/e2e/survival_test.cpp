@@ -155,7 +155,8 @@ TEST(Survival, LostServerEndsAllWithAMessage) {
   const std::array helpers = {session.watcherPid(), session.guardPid()};
   session.killServer();
   const auto isGone = [](pid_t process) { return ::kill(process, 0) != 0; };
-  EXPECT_TRUE(waitFor([&] { return std::ranges::all_of(helpers, isGone); }, 1s));
+  // A second, but for machines that are busy with other tests.
+  EXPECT_TRUE(waitFor([&] { return std::ranges::all_of(helpers, isGone); }, 3s));
   EXPECT_EQ(kivra.wait(1s), 1);
   EXPECT_NE(session.kivraLog().find("связь с X-сервером потеряна"), std::string::npos);
 }
