@@ -7,7 +7,7 @@ _kivractl() {
   done
   local candidates=''
   case "${words[*]}" in
-    '') candidates='on off pause settings quit learned dictionary skip why --help --version --json' ;;
+    '') candidates='status on off pause settings quit learned dictionary skip why --help --version --json' ;;
     pause) candidates='15m 30m 1h 8h' ;;
     learned) candidates='add forget --json' ;;
     'learned forget'*) candidates=$(kivractl learned 2>/dev/null) ;;

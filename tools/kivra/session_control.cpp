@@ -3,6 +3,7 @@
 #include <chrono>
 #include <utility>
 
+#include "app/core_controller.h"
 #include "control.h"
 #include "platform/application.h"
 #include "platform/defaults/sqlite_defaults_database.h"
@@ -32,6 +33,19 @@ std::vector<std::pair<std::string, std::string>> enabledLayouts(InputSources& in
   return layouts;
 }
 
+control::State stateOf(Services& services) {
+  auto& permissions = services.permissions();
+  permissions.refresh();
+  control::State state{.isIntercepting = services.coreController().isIntercepting()};
+  const auto note = [&state](const std::string& line) {
+    if (!line.empty()) state.missing.push_back(line);
+  };
+  if (!permissions.accessibilityGranted()) note(permissions.accessibilityRemedy());
+  if (!permissions.inputMonitoringGranted()) note(permissions.inputMonitoringRemedy());
+  note(permissions.impediment());
+  return state;
+}
+
 control::RunningProgram runningProgram(KivraApp& app) {
   auto& delegate = *app.delegate;
   auto& services = app.services;
@@ -43,7 +57,8 @@ control::RunningProgram runningProgram(KivraApp& app) {
                 services.pause().begin(
                     duration, [&delegate](bool isEnabled) { delegate.setEnabled(isEnabled); });
               },
-          .layouts = [&services] { return enabledLayouts(services.platform.inputSources); }};
+          .layouts = [&services] { return enabledLayouts(services.platform.inputSources); },
+          .state = [&services] { return stateOf(services); }};
 }
 
 }  // namespace

@@ -46,6 +46,30 @@ std::string layouts(const Environment& environment) {
   return jsonLine(list);
 }
 
+/// The state is an answer too while none runs; the exit status tells it to scripts.
+Reply status(const Environment& environment, bool asJson) {
+  const auto isRunning = environment.running != nullptr;
+  const auto state = isRunning ? environment.running->state() : State{};
+  const auto isEnabled = environment.settings.isEnabled();
+  Reply reply{.status = isRunning ? Reply::done : Reply::notRunning};
+  if (asJson) {
+    reply.output = jsonLine({{"running", isRunning},
+                             {"enabled", isEnabled},
+                             {"intercepting", state.isIntercepting},
+                             {"missing", state.missing}});
+    return reply;
+  }
+  std::vector<std::string> lines = {isRunning ? "Kivra runs" : "Kivra does not run",
+                                    isEnabled ? "words are mended: on" : "words are mended: off"};
+  if (isRunning) {
+    lines.emplace_back(state.isIntercepting ? "the keyboard is watched"
+                                            : "the keyboard is not watched");
+  }
+  for (const auto& missing : state.missing) lines.push_back("missing: " + missing);
+  reply.output = listed(lines, false);
+  return reply;
+}
+
 Reply dispatched(const Environment& environment, const Arguments& arguments,
                  const std::string& input) {
   const auto& command = arguments.at(0, "a command");
@@ -65,6 +89,8 @@ Reply dispatched(const Environment& environment, const Arguments& arguments,
     runningProgram(environment).showSettings();
   } else if (command == "quit") {
     runningProgram(environment).quit();
+  } else if (command == "status") {
+    return status(environment, arguments.has("--json"));
   } else if (command == "layouts") {
     return {.output = layouts(environment)};
   } else {

@@ -31,6 +31,12 @@ struct Request {
   std::string input;
 };
 
+/// How a running program fares.
+struct State {
+  bool isIntercepting = false;
+  std::vector<std::string> missing{};  ///< what keeps it from its work, in words for the user
+};
+
 /// What only a running program can do.
 struct RunningProgram {
   std::function<void()> showSettings;
@@ -39,6 +45,7 @@ struct RunningProgram {
   std::function<void(std::chrono::seconds)> pause;
   /// Identifier and language of each layout, the user's order.
   std::function<std::vector<std::pair<std::string, std::string>>()> layouts;
+  std::function<State()> state;
 };
 
 /// What the commands of kivractl work on: the stores of the running program, or those of this

@@ -22,6 +22,7 @@ constexpr const char* program = "kivractl";
 
 constexpr const char* usage = R"(Usage: kivractl [--json] COMMAND
 
+  status                           whether Kivra runs and works, and what it lacks
   on, off                          switch Kivra on or off
   pause TIME                       switch it off for a time (90s, 30m, 1h; at most 24h)
   settings                         open the settings window

@@ -18,50 +18,52 @@ using Words = std::vector<std::string>;
 class ControlTest : public testing::Test {
  protected:
   Reply run(const Words& words, const std::string& input = "") {
+    const auto replacements = [this]() -> ReplacementStore& { return replacements_; };
+    const auto identifierOf = [](std::string_view name) {
+      return name == "xterm" ? "com.apple.Terminal" : std::string(name);
+    };
+    const auto namesOf = [](std::string_view entry) {
+      return entry == "com.apple.Terminal" ? Words{"foot", "xterm"} : Words();
+    };
     return carryOut({.settings = settings_,
                      .exceptions = exceptions_,
-                     .replacements = [this]() -> auto& { return replacements_;
-  }
-  , .frontmostIdentifier = [] { return "org.example.Editor"; },
-    .identifierOf =
-        [](std::string_view name) {
-          return name == "xterm" ? "com.apple.Terminal" : std::string(name);
-        },
-    .namesOf =
-        [](std::string_view entry) {
-          return entry == "com.apple.Terminal" ? Words{"foot", "xterm"} : Words();
-        },
-    .isSaved = [this] { return isSaved_; }, .running = isRunning_ ? &running_ : nullptr},
+                     .replacements = replacements,
+                     .frontmostIdentifier = [] { return "org.example.Editor"; },
+                     .identifierOf = identifierOf,
+                     .namesOf = namesOf,
+                     .isSaved = [this] { return isSaved_; },
+                     .running = isRunning_ ? &running_ : nullptr},
                     {words, input});
-}  // namespace
+  }
 
-/// A command that fails says so and changes nothing that is stored.
-void expectFailure(int status, const Words& words, const std::string& input = "") {
-  const auto before = database_.dictionaryRepresentation();
-  const auto reply = run(words, input);
-  EXPECT_EQ(reply.status, status) << words.front();
-  EXPECT_FALSE(reply.message.empty());
-  EXPECT_EQ(database_.dictionaryRepresentation(), before) << words.front();
-}
+  /// A command that fails says so and changes nothing that is stored.
+  void expectFailure(int status, const Words& words, const std::string& input = "") {
+    const auto before = database_.dictionaryRepresentation();
+    const auto reply = run(words, input);
+    EXPECT_EQ(reply.status, status) << words.front();
+    EXPECT_FALSE(reply.message.empty());
+    EXPECT_EQ(database_.dictionaryRepresentation(), before) << words.front();
+  }
 
-std::vector<std::string> done_;
-bool isSaved_ = true;
-bool isRunning_ = true;
-embedded::EmbeddedDefaultsDatabase database_;
-UserDefaults defaults_{database_};
-SettingsStore settings_{defaults_};
-ExceptionStore exceptions_{defaults_};
-ReplacementStore replacements_{defaults_};
-RunningProgram running_ = {
-    .showSettings = [this] { done_.push_back("settings"); },
-    .quit = [this] { done_.push_back("quit"); },
-    .setEnabled = [this](bool isEnabled) { done_.push_back(isEnabled ? "on" : "off"); },
-    .pause = [this](std::chrono::seconds s) { done_.push_back(std::to_string(s.count())); },
-    .layouts =
-        [] {
-          return std::vector<std::pair<std::string, std::string>>{{"us", "en"}, {"ru", "ru"}};
-        }};
-};  // namespace kivra::control
+  std::vector<std::string> done_;
+  bool isSaved_ = true;
+  bool isRunning_ = true;
+  embedded::EmbeddedDefaultsDatabase database_;
+  UserDefaults defaults_{database_};
+  SettingsStore settings_{defaults_};
+  ExceptionStore exceptions_{defaults_};
+  ReplacementStore replacements_{defaults_};
+  RunningProgram running_ = {
+      .showSettings = [this] { done_.push_back("settings"); },
+      .quit = [this] { done_.push_back("quit"); },
+      .setEnabled = [this](bool isEnabled) { done_.push_back(isEnabled ? "on" : "off"); },
+      .pause = [this](std::chrono::seconds s) { done_.push_back(std::to_string(s.count())); },
+      .layouts =
+          [] {
+            return std::vector<std::pair<std::string, std::string>>{{"us", "en"}, {"ru", "ru"}};
+          },
+      .state = [] { return State{.isIntercepting = true, .missing = {"a layout"}}; }};
+};
 
 TEST_F(ControlTest, HasTheRunningProgramDoWhatOnlyItCan) {
   for (const auto& words : {Words{"on"},
@@ -79,6 +81,18 @@ TEST_F(ControlTest, HasTheRunningProgramDoWhatOnlyItCan) {
   for (const auto* time : {"25h", "0", "x", "1d", "99999999999", "-1", ""}) {
     expectFailure(Reply::wrongUsage, {"pause", time});
   }
+}
+
+TEST_F(ControlTest, StatusTellsHowTheProgramFares) {
+  EXPECT_EQ(run({"status"}).output,
+            "Kivra runs\nwords are mended: on\nthe keyboard is watched\nmissing: a layout\n");
+  settings_.isEnabled.set(false);
+  isRunning_ = false;
+  EXPECT_EQ(
+      run({"status", "--json"}),
+      Reply({.status = Reply::notRunning,
+             .output = R"({"enabled":false,"intercepting":false,"missing":[],"running":false})"
+                       "\n"}));
 }
 
 TEST_F(ControlTest, WorksOnStoredValuesWhileNoneRuns) {
