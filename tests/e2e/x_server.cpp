@@ -144,7 +144,9 @@ std::vector<std::string> XServer::command() const {
       command = {"Xvfb", "-noreset", "-screen", "0", "1024x768x24"};
       break;
   }
-  command.insert(command.end(), {"-displayfd", "3", "-nolisten", "tcp"});
+  // On a machine that stands still for a moment the server would repeat keys that hands hold as
+  // briefly as ever.
+  command.insert(command.end(), {"-displayfd", "3", "-nolisten", "tcp", "-ardelay", "3000"});
   command.insert(command.end(), options_.arguments.begin(), options_.arguments.end());
   return command;
 }
