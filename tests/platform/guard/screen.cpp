@@ -27,8 +27,8 @@ Layouts::Layouts(const std::string& options) {
     for (std::uint32_t group = 0; group < 2; ++group) {
       for (std::uint32_t level = 0; level < 2; ++level) {
         const xkb_keysym_t* symbols = nullptr;
-        const auto count = xkb_keymap_key_get_syms_by_level(
-            map.get(), key + std::uint32_t{xkbOffset}, group, level, &symbols);
+        const auto count =
+            xkb_keymap_key_get_syms_by_level(map.get(), xkbCode(key), group, level, &symbols);
         if (count == 1) characters_[key][group][level] = xkb_keysym_to_utf32(symbols[0]);
       }
     }
@@ -93,7 +93,8 @@ void Screen::act(std::uint16_t key) {
       ++faults_;
     }
   } else if (const auto plain = layouts_->character(key, group_, false); plain > U' ') {
-    const auto isLetter = std::iswalpha(static_cast<wint_t>(layouts_->character(key, group_, false)));
+    const auto isLetter =
+        std::iswalpha(static_cast<wint_t>(layouts_->character(key, group_, false)));
     const auto shift = ((flags & event_flags::shift) != 0) != (isLetter != 0 && isCapsOn_);
     text_ += layouts_->character(key, group_, shift);
   } else if (plain == U' ') {
