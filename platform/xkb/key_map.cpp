@@ -40,7 +40,7 @@ std::uint64_t flagOf(xkb_keysym_t symbol) {
 }
 
 bool hasSymbols(xkb_keymap* keymap, std::uint16_t key) {
-  return xkb_keymap_num_layouts_for_key(keymap, key + std::uint32_t{xkbOffset}) > 0;
+  return xkb_keymap_num_layouts_for_key(keymap, xkbCode(key)) > 0;
 }
 
 bool choosesLayout(xkb_keysym_t symbol) {
@@ -90,8 +90,7 @@ std::uint64_t flagsOf(xkb_keymap* keymap, xkb_mod_mask_t mask) {
 xkb_keysym_t symbolOf(xkb_keymap* keymap, std::uint16_t key, xkb_layout_index_t group,
                       xkb_level_index_t level) {
   const xkb_keysym_t* symbols = nullptr;
-  const auto count = xkb_keymap_key_get_syms_by_level(keymap, key + std::uint32_t{xkbOffset}, group,
-                                                      level, &symbols);
+  const auto count = xkb_keymap_key_get_syms_by_level(keymap, xkbCode(key), group, level, &symbols);
   return count == 1 ? symbols[0] : xkb_keysym_t{XKB_KEY_NoSymbol};
 }
 
@@ -131,7 +130,7 @@ void KeyMap::addModifier(xkb_keymap* keymap, std::uint16_t key) {
 
 // With grp:win_space_toggle the layout key is another level of Space.
 void KeyMap::addLayoutChord(xkb_keymap* keymap, std::uint16_t key) {
-  const auto code = key + std::uint32_t{xkbOffset};
+  const auto code = xkbCode(key);
   if (keys_[key].isModifier) return;
   const auto levels = xkb_keymap_num_levels_for_key(keymap, code, 0);
   for (xkb_level_index_t level = 1; level < levels; ++level) {

@@ -61,7 +61,7 @@ std::uint32_t XkbLayout::symbol(std::uint16_t virtualKey, bool shift) const {
   const auto evdev = evdevCode(virtualKey);
   if (!evdev) return XKB_KEY_NoSymbol;
   const auto state = stateWith(keymap_, group_, shift);
-  return xkb_state_key_get_one_sym(state.get(), *evdev + std::uint32_t{xkbOffset});
+  return xkb_state_key_get_one_sym(state.get(), xkbCode(*evdev));
 }
 
 std::optional<std::string> XkbLayout::character(std::uint16_t virtualKey, bool shift) const {
@@ -69,8 +69,8 @@ std::optional<std::string> XkbLayout::character(std::uint16_t virtualKey, bool s
   if (!evdev) return std::nullopt;
   const auto state = stateWith(keymap_, group_, shift);
   std::array<char, 32> bytes{};
-  const auto length = xkb_state_key_get_utf8(state.get(), *evdev + std::uint32_t{xkbOffset},
-                                             bytes.data(), bytes.size());
+  const auto length =
+      xkb_state_key_get_utf8(state.get(), xkbCode(*evdev), bytes.data(), bytes.size());
   if (length <= 0 || static_cast<std::size_t>(length) >= bytes.size()) return std::nullopt;
   return std::string(bytes.data(), static_cast<std::size_t>(length));
 }

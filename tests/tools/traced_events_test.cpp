@@ -31,7 +31,7 @@ class TracedEventsTest : public testing::Test {
   embedded::EmbeddedDesktop desktop_{nullptr, nullptr};
   std::vector<std::string> lines_;
   Print print_ = [this](const std::string& line) { lines_.push_back(line); };
-  TracedEventTaps taps_{desktop_.events, desktop_.inputSources, print_};
+  TracedEventTaps taps_{desktop_.platform(), print_};
   TracedEventPosting posting_{desktop_.events, print_};
   std::shared_ptr<EventTapPort> port_;
   std::shared_ptr<RunLoopSource> source_;
@@ -55,6 +55,15 @@ TEST_F(TracedEventsTest, PrintsWhatTheTapGetsAndChangesNothing) {
   desktop_.events.disableTap(EventType::tapDisabledByTimeout);
   EXPECT_EQ(lines(), std::vector<std::string>{"tapDisabledByTimeout"});
   EXPECT_EQ(text(), "a");
+}
+
+TEST_F(TracedEventsTest, NamesNoKeysOfAPassword) {
+  tap([](EventType, const Event&) { return EventVerdict::pass; });
+  desktop_.application.front().secure = true;
+  EXPECT_TRUE(desktop_.events.send({.keyCode = key_codes::x, .flags = event_flags::shift}));
+  const auto layout = " layout=" + desktop_.inputSources.copyCurrentKeyboardInputSource()->id;
+  EXPECT_EQ(lines(), std::vector<std::string>{"keyDown key=hidden" + layout +
+                                              " foreign passed verdict=pass Nus"});
 }
 
 TEST_F(TracedEventsTest, PrintsOwnEventsAndTheLengthOfTheirTexts) {

@@ -33,7 +33,7 @@ int main(int count, char** values) {
   }
   kivra::LinuxDesktop desktop(guardProgram());
   const auto whole = desktop.platform();
-  kivra::events::TracedEventTaps taps(whole.eventTaps, whole.inputSources, print);
+  kivra::events::TracedEventTaps taps(whole, print);
   kivra::events::TracedEventPosting posting(whole.eventPosting, print);
   kivra::KivraApp kivra(kivra::withEvents(whole, taps, posting));
   kivra.delegate->applicationDidFinishLaunching();

@@ -104,12 +104,13 @@ EventVerdict TracedEventTaps::call(const EventTapCallback& callback, EventType t
   // What the key met; the callback may select another.
   const auto met = layout();
   const auto isHeldKey = isHeld(type, event);
+  const auto isSecret = workspace_.isSecureEventInputEnabled();
   const auto start = std::chrono::steady_clock::now();
   const auto verdict = callback(type, event);
   const auto taken = std::chrono::duration_cast<std::chrono::microseconds>(
       std::chrono::steady_clock::now() - start);
   std::string line(typeName(type));
-  if (isOfKey(type)) line += keyText(event.keyCode, event.flags);
+  if (isOfKey(type)) line += isSecret ? " key=hidden" : keyText(event.keyCode, event.flags);
   line += " layout=" + met;
   line += event.userData == 0 ? " foreign" : " own";
   line += isHeldKey ? " held" : " passed";

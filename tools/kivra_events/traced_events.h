@@ -7,6 +7,8 @@
 #include "platform/event_posting.h"
 #include "platform/event_tap.h"
 #include "platform/input_sources.h"
+#include "platform/platform.h"
+#include "platform/workspace.h"
 
 namespace kivra::events {
 
@@ -15,11 +17,14 @@ using Print = std::function<void(const std::string&)>;
 
 /// The taps of a desktop, printing each event that a tap's callback is called with: the key, the
 /// flags, the layout that it met, whose it is, whether it was held for the verdict, the verdict and
-/// the microseconds that the callback took.
+/// the microseconds that the callback took. In a password field keys stay unnamed.
 class TracedEventTaps : public EventTaps {
  public:
-  TracedEventTaps(EventTaps& taps, InputSources& sources, Print print)
-      : taps_(taps), sources_(sources), print_(std::move(print)) {}
+  TracedEventTaps(const Platform& desktop, Print print)
+      : taps_(desktop.eventTaps),
+        sources_(desktop.inputSources),
+        workspace_(desktop.workspace),
+        print_(std::move(print)) {}
 
   std::shared_ptr<EventTapPort> eventTapCreate(std::uint64_t mask,
                                                EventTapCallback callback) override;
@@ -36,6 +41,7 @@ class TracedEventTaps : public EventTaps {
 
   EventTaps& taps_;
   InputSources& sources_;
+  Workspace& workspace_;
   Print print_;
   std::vector<KeyChord> consumable_;
 };

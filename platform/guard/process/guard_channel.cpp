@@ -49,12 +49,12 @@ std::optional<OrderMessage> GuardChannel::receive() {
     const auto received = receiveFrame(fd_);
     if (received.isClosed) isOpen_ = false;
     if (!received.frame) return std::nullopt;
-    if (auto message = take(*received.frame)) return message;
+    if (auto message = wholeOrder(*received.frame)) return message;
   }
   return std::nullopt;
 }
 
-std::optional<OrderMessage> GuardChannel::take(const Frame& frame) {
+std::optional<OrderMessage> GuardChannel::wholeOrder(const Frame& frame) {
   isOpen_ = greeting_.accepts(frame);
   const auto order = frame.head<Order>();
   if (!isOpen_ || !isOrder(frame.kind) || !order) return std::nullopt;

@@ -43,7 +43,7 @@ class GuardChannel {
 
  private:
   bool sendNow(const Report& report);
-  std::optional<OrderMessage> take(const Frame& frame);
+  std::optional<OrderMessage> wholeOrder(const Frame& frame);
 
   int fd_;
   bool isOpen_ = true;

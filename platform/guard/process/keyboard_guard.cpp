@@ -80,7 +80,7 @@ void KeyboardGuard::secrecyChanged(bool isSecret) {
 void KeyboardGuard::handle(const OrderMessage& message) {
   switch (message.order.kind) {
     case OrderKind::verdict:
-      take(message);
+      applyVerdict(message);
       break;
     case OrderKind::post:
       posts_.push_back({message, std::nullopt});
@@ -104,7 +104,7 @@ void KeyboardGuard::setEnabled(bool enabled) {
   run();
 }
 
-void KeyboardGuard::take(const OrderMessage& verdict) {
+void KeyboardGuard::applyVerdict(const OrderMessage& verdict) {
   if (decision_ && decision_->number == verdict.order.number) {
     endDecision(verdict);
     run();

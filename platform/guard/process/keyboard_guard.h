@@ -79,7 +79,7 @@ class KeyboardGuard : public SeatListener {
 
   void handle(const OrderMessage& message);
   void setEnabled(bool enabled);
-  void take(const OrderMessage& verdict);
+  void applyVerdict(const OrderMessage& verdict);
   void endDecision(const OrderMessage& verdict);
   void breakOff();
 

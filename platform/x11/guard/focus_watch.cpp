@@ -21,7 +21,7 @@ FocusWatch::FocusWatch(Display* display)
   probe();
 }
 
-void FocusWatch::take(const XEvent& event) {
+void FocusWatch::notice(const XEvent& event) {
   if (event.type == PropertyNotify && event.xproperty.atom == activeWindow_) {
     // Where one window has the focus for all that is on the screen, only this tells them apart.
     hasOtherActive_ = true;

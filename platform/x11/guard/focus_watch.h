@@ -13,7 +13,7 @@ class FocusWatch {
   explicit FocusWatch(Display* display);
 
   /// Takes an event in; asks the server nothing.
-  void take(const XEvent& event);
+  void notice(const XEvent& event);
 
   /// Follows the focus where it has moved. Answers whether it has, or another window is active.
   bool follow();

@@ -60,7 +60,7 @@ void SessionKeyboard::useMapOf(int keyboard) {
   readMap();
   // The session takes a device's map over when the device types.
   if (const auto key = keyMap_.emptyKey(); key != 0) {
-    const auto code = static_cast<std::uint8_t>(key + xkbOffset);
+    const auto code = static_cast<std::uint8_t>(xkbCode(key));
     xtest_.send(code, true);
     xtest_.send(code, false);
   }

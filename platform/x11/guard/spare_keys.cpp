@@ -38,7 +38,7 @@ void SpareKeys::readMap() {
     const auto isFree =
         std::all_of(first, first + perCode, [](KeySym symbol) { return symbol == NoSymbol; });
     // A code that the table of real keys knows may be pressed by somebody.
-    if (isFree && !virtualKey(static_cast<std::uint16_t>(code - xkbOffset))) {
+    if (isFree && !virtualKey(evdevOfXkb(static_cast<std::size_t>(code)))) {
       spares_.push_back({.code = static_cast<std::uint8_t>(code)});
     }
   }

@@ -18,7 +18,7 @@ namespace kivra::x11 {
 
 namespace {
 
-std::uint8_t keyCodeOf(std::uint32_t evdev) { return static_cast<std::uint8_t>(evdev + xkbOffset); }
+std::uint8_t keyCodeOf(std::uint32_t evdev) { return static_cast<std::uint8_t>(xkbCode(evdev)); }
 
 /// XTEST's device, once what an ended guard has left down on it is up.
 int cleanXtestKeyboard(Display* display) {
@@ -77,7 +77,7 @@ bool X11Seat::dispatch(guard::SeatListener& listener) {
     while (XPending(display_.get()) > 0) {
       XEvent event;
       XNextEvent(display_.get(), &event);
-      take(event, listener);
+      handle(event, listener);
     }
     settle(listener);
   } while (XPending(display_.get()) > 0);
@@ -87,7 +87,7 @@ bool X11Seat::dispatch(guard::SeatListener& listener) {
 // To ask the server anything reads what has come before the answer.
 bool X11Seat::flush() { return XPending(display_.get()) > 0; }
 
-void X11Seat::take(XEvent& event, guard::SeatListener& listener) {
+void X11Seat::handle(XEvent& event, guard::SeatListener& listener) {
   if (event.type == MappingNotify) {
     XRefreshKeyboardMapping(&event.xmapping);
   } else if (event.type == xkbEvent_) {
@@ -97,7 +97,7 @@ void X11Seat::take(XEvent& event, guard::SeatListener& listener) {
     takeInput(event.xcookie, listener);
     XFreeEventData(display_.get(), &event.xcookie);
   } else {
-    focus_.take(event);
+    focus_.notice(event);
     if (focus_.follow()) listener.focusMoved();
     tellSecrecy(listener);
   }
@@ -139,7 +139,7 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
   const auto isRepeat = isDown && ((event.flags & XIKeyRepeat) != 0 || keys.test(code));
   keys.set(code, isDown);
   session_.useMapOf(event.deviceid);
-  listener.key({.evdev = static_cast<std::uint16_t>(code - xkbOffset),
+  listener.key({.evdev = evdevOfXkb(code),
                 .isDown = isDown,
                 .isRepeat = isRepeat,
                 .timeMs = static_cast<std::uint32_t>(event.time)});
@@ -202,10 +202,7 @@ void X11Seat::releaseKeysOf(int device, guard::SeatListener& listener) {
   session_.remove(device);
   for (std::size_t code = xkbOffset; code < keys.size(); ++code) {
     if (!keys.test(code)) continue;
-    listener.key({.evdev = static_cast<std::uint16_t>(code - xkbOffset),
-                  .isDown = false,
-                  .isRepeat = false,
-                  .timeMs = 0});
+    listener.key({.evdev = evdevOfXkb(code), .isDown = false, .isRepeat = false, .timeMs = 0});
   }
 }
 

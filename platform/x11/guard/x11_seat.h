@@ -42,7 +42,7 @@ class X11Seat : public guard::Seat {
 
  private:
   void selectEvents();
-  void take(XEvent& event, guard::SeatListener& listener);
+  void handle(XEvent& event, guard::SeatListener& listener);
   void takeInput(XGenericEventCookie& cookie, guard::SeatListener& listener);
   void takeKey(const void* data, bool isDown, guard::SeatListener& listener);
   void takeXkb(const _XkbEvent& event);
