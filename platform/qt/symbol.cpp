@@ -11,8 +11,6 @@ namespace kivra::qt {
 
 namespace {
 
-constexpr double side = 24;  // of the square in which symbols are drawn
-
 /// A drawing in outlines and filled areas.
 struct Drawing {
   QPainterPath lines;
@@ -208,7 +206,7 @@ void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.translate(rect.center().x() - size / 2, rect.center().y() - size / 2);
-  painter.scale(size / side, size / side);
+  painter.scale(size / symbolSide, size / symbolSide);
   QPen pen(color, 1.7, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin);
   if (drawing.isDashed) pen.setDashPattern({0.6, 2.18});
   painter.strokePath(drawing.lines, pen);

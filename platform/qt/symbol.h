@@ -11,6 +11,9 @@ namespace kivra::qt {
 /// Whether there is a drawing for this symbol name.
 bool hasSymbol(const std::string& name);
 
+/// The side of the square in which symbols are designed; they are drawn at any size.
+inline constexpr double symbolSide = 24;
+
 /// Draws the symbol into the rectangle in one colour, at any size.
 void drawSymbol(QPainter& painter, const QRectF& rect, const std::string& name,
                 const QColor& color);

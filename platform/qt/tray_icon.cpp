@@ -12,7 +12,6 @@ namespace kivra::qt {
 
 namespace {
 
-constexpr double side = 24;  // of the square in which symbols are drawn
 constexpr double strokeWidth = 2;
 constexpr double gapWidth = 5.5;
 
@@ -54,7 +53,7 @@ class TrayIconEngine : public PaintedIconEngine {
       drawSymbol(painter, rect, symbol_, color);
       return;
     }
-    const auto unit = rect.width() / side;
+    const auto unit = rect.width() / symbolSide;
     QPainterPath line(rect.topLeft() + QPointF(3.5, 3.5) * unit);
     line.lineTo(rect.topLeft() + QPointF(20.5, 20.5) * unit);
     QPainterPathStroker gap;

@@ -146,9 +146,10 @@ void X11Seat::takeKey(const void* data, bool isDown, guard::SeatListener& listen
 }
 
 void X11Seat::takeXkb(const XkbEvent& event) {
-  if (keyboards_.isHeld(event.any.device)) {
+  const auto device = static_cast<int>(event.any.device);
+  if (keyboards_.isHeld(device)) {
     // Before the keys that it types next.
-    session_.readMapOf(event.any.device);
+    session_.readMapOf(device);
     return;
   }
   switch (event.any.xkb_type) {

@@ -12,7 +12,7 @@
 namespace kivra {
 namespace {
 
-std::string code(std::u32string_view word) { return encodeWord(word).value_or(""); }
+std::string coded(std::u32string_view word) { return encodeWord(word).value_or(""); }
 
 class WordFormationTest : public testing::Test {
  protected:
@@ -33,11 +33,11 @@ class WordFormationTest : public testing::Test {
 
 TEST_F(WordFormationTest, KnowsPrefixesSuffixesAndComparatives) {
   for (const auto* word : {U"plotless", U"replot", U"нелатинский", U"буквальнее"}) {
-    EXPECT_TRUE(formation_.isDerived(code(word))) << decodeWord(code(word));
+    EXPECT_TRUE(formation_.isDerived(coded(word))) << decodeWord(coded(word));
   }
   // Slips at the joint are no derivations.
   for (const auto* word : {U"stoped", U"basicly", U"trys", U"ннелатинский", U"xplot"}) {
-    EXPECT_FALSE(formation_.isDerived(code(word))) << decodeWord(code(word));
+    EXPECT_FALSE(formation_.isDerived(coded(word))) << decodeWord(coded(word));
   }
 }
 
@@ -47,13 +47,13 @@ TEST_F(WordFormationTest, KnowsCompoundsStemsAndOtherSpellings) {
   EXPECT_TRUE(formation_.isStemOfNegation("doesn"));
   EXPECT_FALSE(formation_.isStemOfNegation("man"));
   for (const auto* word : {U"honour", U"realise", U"значенье"}) {
-    EXPECT_TRUE(formation_.isVariant(code(word))) << decodeWord(code(word));
+    EXPECT_TRUE(formation_.isVariant(coded(word))) << decodeWord(coded(word));
   }
   EXPECT_FALSE(formation_.isVariant("honur"));
 }
 
 TEST_F(WordFormationTest, KnowsFormsOfOneWord) {
-  EXPECT_TRUE(WordFormation::isOtherForm(code(U"информаций"), code(U"информации")));
+  EXPECT_TRUE(WordFormation::isOtherForm(coded(U"информаций"), coded(U"информации")));
   EXPECT_TRUE(WordFormation::isOtherForm("turneth", "turned"));
   EXPECT_FALSE(WordFormation::isOtherForm("recieve", "receive"));
 }
@@ -70,7 +70,7 @@ TEST(LetterHabitsTest, StrangeRowsOfLettersCostMore) {
 TEST(SlipModelTest, SlipsByEarCostLessThanOtherLetters) {
   const SlipModel slips;
   const auto cost = [&](std::u32string_view typed, std::u32string_view meant) {
-    return slips.cost(code(typed), code(meant));
+    return slips.cost(coded(typed), coded(meant));
   };
   EXPECT_LT(cost(U"зделать", U"сделать"), cost(U"вделать", U"сделать"));
   EXPECT_LT(cost(U"жызнь", U"жизнь"), cost(U"жшзнь", U"жизнь"));
