@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace kivra {
 
@@ -40,7 +41,7 @@ class Keychain {
   /// as soon as they have unlocked the service, however long that takes. Never where they never do.
   virtual void itemCopyMatchingLater(const KeychainItem& item,
                                      std::function<void(std::optional<std::string>)> completion) {
-    completion(itemCopyMatching(item));
+    std::move(completion)(itemCopyMatching(item));
   }
 
   /// `itemNotFound` when there is nothing to update.
