@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <utility>
 
 namespace kivra {
 
@@ -24,6 +23,9 @@ enum class KeychainStatus : std::int32_t {
   itemNotFound = -25300,
 };
 
+/// Takes the bytes of an item; nothing when there is none, or when it cannot be read.
+using KeychainCompletion = std::function<void(std::optional<std::string>)>;
+
 /// Secrets of the user, kept by the system. Answers at once or keeps the run loop turning while it
 /// waits for the service. A secret is never written anywhere else, not even when there is no
 /// service.
@@ -40,8 +42,8 @@ class Keychain {
   /// Calls `completion` with what `itemCopyMatching` answers: at once or, where the user is asked,
   /// as soon as they have unlocked the service, however long that takes. Never where they never do.
   virtual void itemCopyMatchingLater(const KeychainItem& item,
-                                     std::function<void(std::optional<std::string>)> completion) {
-    std::move(completion)(itemCopyMatching(item));
+                                     const KeychainCompletion& completion) {
+    completion(itemCopyMatching(item));
   }
 
   /// `itemNotFound` when there is nothing to update.

@@ -67,10 +67,10 @@ std::optional<std::string> QtKeychain::itemCopyMatching(const KeychainItem& item
 }
 
 void QtKeychain::itemCopyMatchingLater(const KeychainItem& item,
-                                       std::function<void(std::optional<std::string>)> completion) {
+                                       const KeychainCompletion& completion) {
   auto& job = makeJob<QKeychain::ReadPasswordJob>(item);
   QObject::connect(&job, &QKeychain::Job::finished, &job,
-                   [called = std::move(completion)](QKeychain::Job* finished) {
+                   [called = completion](QKeychain::Job* finished) {
                      auto answer = answerOf(*finished);
                      const auto isRead = answer.status == KeychainStatus::success;
                      called(isRead ? std::optional(std::move(answer.data)) : std::nullopt);

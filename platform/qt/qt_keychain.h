@@ -33,7 +33,7 @@ class QtKeychain : public Keychain {
   std::optional<std::string> itemCopyMatching(const KeychainItem& item) override;
   bool mayAskUser() override { return true; }
   void itemCopyMatchingLater(const KeychainItem& item,
-                             std::function<void(std::optional<std::string>)> completion) override;
+                             const KeychainCompletion& completion) override;
   KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) override;
   KeychainStatus itemAdd(const KeychainItem& item, std::string_view data) override;
   KeychainStatus itemDelete(const KeychainItem& item) override;

@@ -18,7 +18,7 @@ class LockedKeychain : public embedded::EmbeddedKeychain {
  public:
   bool mayAskUser() override { return true; }
   void itemCopyMatchingLater(const KeychainItem& item,
-                             std::function<void(std::optional<std::string>)> completion) override {
+                             const KeychainCompletion& completion) override {
     waiting_.push_back([this, item, completion] { completion(itemCopyMatching(item)); });
   }
 
