@@ -185,7 +185,7 @@ void Soak::digits() {
 }
 
 void Soak::undo() {
-  const auto& word = any(words());
+  const auto& word = any(undoneWords());
   const auto asTyped = shown(word);
   if (!isWrongHere(word) || undone_.contains(asTyped)) {
     type(keysOf(word) + " ");

@@ -97,6 +97,13 @@ const std::vector<std::string>& words() {
   return words;
 }
 
+const std::vector<std::string>& undoneWords() {
+  static const std::vector<std::string> words = {"огурец", "капуста", "морковь", "тарелка",
+                                                 "ложка",  "вилка",   "butter",  "cheese",
+                                                 "pepper", "spoon",   "dinner",  "breakfast"};
+  return words;
+}
+
 const std::vector<Mend>& slips() {
   static const std::vector<Mend> slips = {{"ПРивет", "Привет"},
                                           {"МОсква", "Москва"},

@@ -12,6 +12,9 @@ const std::vector<std::string>& lines();
 /// Single words in either language, which come out right from either layout.
 const std::vector<std::string>& words();
 
+/// Further ones whose change is taken back, which leaves them alone from then on.
+const std::vector<std::string>& undoneWords();
+
 struct Mend {
   std::string typed;
   std::string meant;
