@@ -9,6 +9,7 @@
 // the half of the words that the weights were fitted on and for the half that judges them.
 // tools/spelling-lists makes such files from Debian packages.
 
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <fstream>
@@ -33,7 +34,7 @@ struct Sample {
 };
 
 constexpr std::size_t slipsOfAText = 2000;
-constexpr double mostOdds = 4;
+constexpr std::array demandedOdds = {-4.0, -3.0, -2.0, -1.0, -0.5, 0.0, 0.5, 1.0, 2.0, 3.0, 4.0};
 
 Sample readSample(const std::string& path) {
   std::ifstream in(path, std::ios::binary);
@@ -81,6 +82,7 @@ Halves pointOf(const Oracle& oracle, const Sample& sample) {
 
 void printPoint(const std::string& name, const Oracle& oracle, const std::vector<Sample>& samples) {
   std::vector<Halves> points;
+  points.reserve(samples.size());
   for (const Sample& sample : samples) points.push_back(pointOf(oracle, sample));
   for (const bool fitting : {true, false}) {
     std::printf("%-14s %-6s", name.c_str(), fitting ? "fit" : "judge");
@@ -100,7 +102,7 @@ void printPoint(const std::string& name, const Oracle& oracle, const std::vector
 void printCurve(const std::vector<Sample>& samples) {
   std::printf("right / wrong of a list, changed of a text, per cent; the columns:\n");
   for (const Sample& sample : samples) std::printf("  %s\n", sample.name.c_str());
-  for (double odds = -mostOdds; odds <= mostOdds; odds += odds < -1 || odds >= 1 ? 1 : 0.5) {
+  for (const auto odds : demandedOdds) {
     auto options = kivra::HunspellSpellChecker::systemOptions();
     options.demandedOdds = odds;
     kivra::HunspellSpellChecker checker(options);
