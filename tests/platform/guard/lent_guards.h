@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 #include <string>
 
 #include "platform/guard/descriptor_message.h"
@@ -34,7 +35,7 @@ class LentGuards {
     sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
     socklen_t size = sizeof address.sun_family;
     auto* const general = reinterpret_cast<sockaddr*>(&address);
-    ::bind(socket_, general, size);
+    if (::bind(socket_, general, size) != 0) throw std::runtime_error("no socket for guards");
     size = sizeof address;
     ::getsockname(socket_, general, &size);
     const auto length = size - offsetof(sockaddr_un, sun_path) - 1;

@@ -70,8 +70,10 @@ TEST_F(QtKeyboardTest, WhatWasEnteredAnewIsNotTakenBackBesideIt) {
 }
 
 TEST_F(QtKeyboardTest, LettersChooseTheFirstRowThatBeginsWithThem) {
+  constexpr int count = 300;
   std::vector<std::string> many;
-  for (int i = 0; i < 300; ++i) many.push_back("слово" + std::to_string(1000 + i));
+  many.reserve(count + 1);
+  for (int i = 0; i < count; ++i) many.push_back("слово" + std::to_string(1000 + i));
   many.emplace_back("Яблоко");
   openEntries(many);
   const auto top = rowsArea()->verticalScrollBar()->value();

@@ -19,6 +19,7 @@ using Pairs = std::vector<DictionaryText::Pair>;
 
 std::vector<std::size_t> lines(const std::vector<LineNote>& notes) {
   std::vector<std::size_t> numbers;
+  numbers.reserve(notes.size());
   for (const auto& note : notes) numbers.push_back(note.line);
   return numbers;
 }
