@@ -77,7 +77,7 @@ TEST(SessionControl, CommandsReachTheRunningProgram) {
   EXPECT_EQ(desktop.control("dictionary import nowhere.tsv").second, 1);
   EXPECT_EQ(desktop.control("fly").second, 2);
   EXPECT_EQ(desktop.control("quit"), (Outcome{"", 0}));
-  EXPECT_EQ(desktop.kivra().wait(10s), 0);
+  EXPECT_EQ(desktop.kivra().wait(10s), 0) << desktop.session.kivraLog();
   EXPECT_EQ(desktop.control("quit").second, 3);
 }
 

@@ -16,6 +16,9 @@ class ReportedKeysTest : public QtWindowsTest {
     turn();
   }
 
+  // The program uses the monitors to its end.
+  void TearDown() override { app_.reset(); }
+
   bool take(std::uint16_t key, std::uint64_t flags) {
     const auto isTaken =
         reported_.take({.type = EventType::keyDown, .keyCode = key, .flags = flags});
