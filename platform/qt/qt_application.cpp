@@ -4,6 +4,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include <QCoreApplication>
 #include <QSocketNotifier>
 #include <cstdlib>
 #include <utility>
@@ -64,7 +65,11 @@ QtApplication::QtApplication(int& count, char** values)
   QObject::connect(notifier, &QSocketNotifier::activated, &application_, [] { exit(0); });
 }
 
-QtApplication::~QtApplication() { ::close(caughtSignals_); }
+QtApplication::~QtApplication() {
+  // What was dropped after the loop had ended has nobody else who deletes it.
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ::close(caughtSignals_);
+}
 
 void QtApplication::setDisplayLostHandler(std::function<void()> handler) {
   displayLostHandler() = std::move(handler);
