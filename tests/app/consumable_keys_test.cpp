@@ -4,6 +4,7 @@
 
 #include "app/kivra_app.h"
 #include "platform/embedded/embedded_desktop.h"
+#include "platform/replaced_events.h"
 
 namespace kivra {
 namespace {
@@ -24,42 +25,12 @@ class NotedTaps : public embedded::EmbeddedEventStream {
 
 class ConsumableKeys : public testing::Test {
  protected:
-  Platform platform() {
-    auto& noted = taps_;
-    const auto whole = desktop_.platform();
-    return {.accessibility = whole.accessibility,
-            .alerts = whole.alerts,
-            .application = whole.application,
-            .clock = whole.clock,
-            .defaults = whole.defaults,
-            .eventPosting = whole.eventPosting,
-            .eventTaps = noted,
-            .httpClient = whole.httpClient,
-            .inputSources = whole.inputSources,
-            .keychain = whole.keychain,
-            .languageModel = whole.languageModel,
-            .languageRecognizer = whole.languageRecognizer,
-            .localKeyMonitors = whole.localKeyMonitors,
-            .locale = whole.locale,
-            .log = whole.log,
-            .notifications = whole.notifications,
-            .pasteboard = whole.pasteboard,
-            .privacy = whole.privacy,
-            .runLoop = whole.runLoop,
-            .spellChecker = whole.spellChecker,
-            .statusBar = whole.statusBar,
-            .terms = whole.terms,
-            .translation = whole.translation,
-            .windows = whole.windows,
-            .workspace = whole.workspace};
-  }
-
   static constexpr std::uint64_t controlOption = event_flags::control | event_flags::option;
 
   embedded::EmbeddedDesktop desktop_{nullptr, nullptr};
   NotedTaps taps_{desktop_.effects, desktop_.application, desktop_.session,
                   desktop_.localKeyMonitors};
-  KivraApp app_{platform()};
+  KivraApp app_{withEvents(desktop_.platform(), taps_, desktop_.platform().eventPosting)};
 };
 
 TEST_F(ConsumableKeys, AreTheBoundariesTheHotkeysAndPause) {
