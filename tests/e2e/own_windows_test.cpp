@@ -95,7 +95,7 @@ TEST(OwnWindows, WhatIsTypedIntoThemIsLeftAlone) {
   const auto& reader = desktop.reader;
   desktop.activate();
   const auto write = [&](const char* field, const char* keys) {
-    reader.focus(reader.waitFor("text", field));
+    ASSERT_TRUE(reader.focus(reader.waitFor("text", field)));
     desktop.typist.selectGroup(1);
     desktop.typist.type(keys);
     desktop.typist.tap(keys::tab);

@@ -12,6 +12,7 @@ constexpr auto accessible = "org.a11y.atspi.Accessible";
 
 // Numbers of AT-SPI's states.
 constexpr unsigned focusableState = 11;
+constexpr unsigned focusedState = 12;
 constexpr unsigned showingState = 25;
 
 std::string textOf(const Variant& reply) {
@@ -80,6 +81,7 @@ ScreenReader::Control ScreenReader::read(const BusObject& object) const {
   const auto has = [states](unsigned state) { return (states >> state & 1U) != 0; };
   control.isShowing = has(showingState);
   control.isFocusable = has(focusableState);
+  control.isFocused = has(focusedState);
   return control;
 }
 
@@ -100,8 +102,11 @@ void ScreenReader::press(const Control& control) const {
   bus_.call(control.object, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0));
 }
 
-void ScreenReader::focus(const Control& control) const {
-  bus_.call(control.object, "org.a11y.atspi.Component", "GrabFocus");
+bool ScreenReader::focus(const Control& control) const {
+  return e2e::waitFor([&] {
+    bus_.call(control.object, "org.a11y.atspi.Component", "GrabFocus");
+    return read(control.object).isFocused;
+  });
 }
 
 void ScreenReader::setText(const Control& control, const std::string& text) const {

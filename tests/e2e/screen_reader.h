@@ -19,6 +19,7 @@ class ScreenReader {
     std::string description{};
     bool isShowing = false;
     bool isFocusable = false;
+    bool isFocused = false;
   };
 
   /// `sessionBus` is the address of the session bus, `application` the name of the program.
@@ -32,7 +33,8 @@ class ScreenReader {
 
   /// Does what a click on the control does.
   void press(const Control& control) const;
-  void focus(const Control& control) const;
+  /// Waits until the control has the focus; answers whether it got it.
+  bool focus(const Control& control) const;
   void setText(const Control& control, const std::string& text) const;
 
  private:
