@@ -144,16 +144,6 @@ void Typist::click() {
   XSync(display_, False);
 }
 
-void Typist::holdServer() {
-  XGrabServer(display_);
-  XSync(display_, False);
-}
-
-void Typist::letServerGo() {
-  XUngrabServer(display_);
-  XFlush(display_);
-}
-
 void Typist::addMasterDevices(std::string name) {
   int major = 2;
   int minor = 2;

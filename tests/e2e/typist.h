@@ -80,10 +80,6 @@ class Typist {
   /// off and on again.
   void use(int keyboard, bool isReopened = false);
 
-  /// Lets the server serve nobody else meanwhile; keys are typed all the same.
-  void holdServer();
-  void letServerGo();
-
   /// Adds a pointer and a keyboard beside the ones that every session has, and removes them again.
   void addMasterDevices(std::string name);
   void removeMasterDevices(const std::string& name);

@@ -31,7 +31,7 @@ int masterOf(Display* display, int device) {
 }  // namespace
 
 Keyboards::Keyboards(Display* display, int xtest)
-    : display_(display), xtest_(xtest), master_(masterOf(display, xtest)) {}
+    : display_(display), master_(masterOf(display, xtest)) {}
 
 Keyboards::Changes Keyboards::update() {
   Changes changes;

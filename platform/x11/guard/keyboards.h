@@ -42,7 +42,6 @@ class Keyboards {
   bool isHeldByOther(const XIDeviceInfo& device);
 
   Display* display_;
-  int xtest_;
   int master_ = 0;
   std::map<int, KeyCodes> held_;
 };

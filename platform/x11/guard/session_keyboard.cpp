@@ -54,8 +54,10 @@ void SessionKeyboard::readMapOf(int keyboard) {
 void SessionKeyboard::useMapOf(int keyboard) {
   if (mapOwner_ == keyboard) return;
   const auto& text = mapTexts_[keyboard];
-  const auto isSame = text.empty() || text == mapTexts_[std::exchange(mapOwner_, keyboard)];
-  if (isSame || text == mapText_) return;
+  // The one before may be gone.
+  const auto before = mapTexts_.find(std::exchange(mapOwner_, keyboard));
+  const auto isSame = before != mapTexts_.end() && text == before->second;
+  if (text.empty() || isSame || text == mapText_) return;
   maps_.copy(keyboard, xtest_.device());
   readMap();
   // The session takes a device's map over when the device types.
