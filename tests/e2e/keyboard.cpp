@@ -70,6 +70,12 @@ class XorgKeyboard : public Keyboard {
                        .is_press = isDown});
   }
 
+  void waitUntilRead() override {
+    stream_.send(xf86ITEventWaitForSync{
+        .header = {.length = sizeof(xf86ITEventWaitForSync), .type = XF86IT_EVENT_WAIT_FOR_SYNC}});
+    stream_.receive(sizeof(xf86ITResponseSyncFinished));
+  }
+
  private:
   Stream stream_;
 };

@@ -12,6 +12,10 @@ class Keyboard {
   virtual ~Keyboard() = default;
 
   virtual void key(std::uint8_t code, bool isDown) = 0;
+
+  /// Waits until the server has taken in all keys so far: each keyboard is read on its own, in no
+  /// order with the others.
+  virtual void waitUntilRead() {}
 };
 
 /// Each throws std::runtime_error when the server does not answer there.

@@ -59,6 +59,7 @@ Typist::Typist(XSession& session)
 Typist::~Typist() { XCloseDisplay(display_); }
 
 void Typist::use(int keyboard, bool isReopened) {
+  if (!isReopened) keyboard_->waitUntilRead();
   keyboard_ = &session_.server().keyboard(keyboard, isReopened);
 }
 
