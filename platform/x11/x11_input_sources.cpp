@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "platform/x11/session_layouts.h"
+#include "platform/xkb/session_layouts.h"
 #include "platform/xkb/xkb_layout.h"
 
 namespace kivra::x11 {

@@ -6,7 +6,7 @@
 #include <array>
 #include <utility>
 
-#include "platform/x11/application_identifiers.h"
+#include "platform/session/application_identifiers.h"
 #include "platform/xkb/key_map.h"
 #include "platform/xkb/virtual_keys.h"
 

@@ -13,7 +13,7 @@
 #include "platform/session/desktop_notice.h"
 #include "platform/session/notifier_host.h"
 #include "platform/workspace.h"
-#include "platform/x11/application_identifiers.h"
+#include "platform/session/application_identifiers.h"
 #include "platform/x11/system_tray.h"
 
 namespace kivra {
@@ -85,8 +85,8 @@ CommandReply SessionControl::run(const std::vector<std::string>& words, const st
                                         .exceptions = services.exceptions(),
                                         .replacements = replacements,
                                         .frontmostIdentifier = frontmost,
-                                        .identifierOf = x11::bundleIdentifier,
-                                        .namesOf = x11::programNames,
+                                        .identifierOf = bundleIdentifier,
+                                        .namesOf = programNames,
                                         .isSaved = isSaved,
                                         .running = &running},
                                        {words, input});

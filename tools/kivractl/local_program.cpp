@@ -3,7 +3,7 @@
 #include <charconv>
 #include <iostream>
 
-#include "platform/x11/application_identifiers.h"
+#include "platform/session/application_identifiers.h"
 #include "platform/x11/x11_workspace.h"
 #include "support/json.h"
 
@@ -34,8 +34,8 @@ Reply LocalProgram::carryOut(const Request& request) {
                             .exceptions = exceptions_,
                             .replacements = [this]() -> auto& { return replacements();
 }
-, .frontmostIdentifier = frontmostIdentifier, .identifierOf = x11::bundleIdentifier,
-  .namesOf = x11::programNames, .isSaved = [this] { return database_.isSaved(); }
+, .frontmostIdentifier = frontmostIdentifier, .identifierOf = bundleIdentifier,
+  .namesOf = programNames, .isSaved = [this] { return database_.isSaved(); }
 }  // namespace kivra::control
 ,
                            request);

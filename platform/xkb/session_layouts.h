@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kivra::x11 {
+namespace kivra {
 
 /// One group of the session's keyboard as the xkb registry knows it.
 struct SessionLayout {
@@ -21,4 +21,4 @@ struct SessionLayout {
 std::vector<SessionLayout> sessionLayouts(std::string_view rulesNames,
                                           const std::vector<std::string>& groupNames);
 
-}  // namespace kivra::x11
+}  // namespace kivra

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-namespace kivra::x11 {
+namespace kivra {
 
 /// The bundle identifier for a program known by its desktop-file identifier or window class
 /// ("org.gnome.Terminal", "XTerm"): for programs that exist on several systems the one under which
@@ -16,4 +16,4 @@ std::string bundleIdentifier(std::string_view name);
 /// that begin with it.
 std::vector<std::string> programNames(std::string_view entry);
 
-}  // namespace kivra::x11
+}  // namespace kivra

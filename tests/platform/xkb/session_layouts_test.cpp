@@ -1,8 +1,8 @@
-#include "platform/x11/session_layouts.h"
+#include "platform/xkb/session_layouts.h"
 
 #include <gtest/gtest.h>
 
-namespace kivra::x11 {
+namespace kivra {
 namespace {
 
 std::string rules(const std::string& layouts, const std::string& variants) {
@@ -42,4 +42,4 @@ TEST(SessionLayouts, OddGroupsAreUnknown) {
 }
 
 }  // namespace
-}  // namespace kivra::x11
+}  // namespace kivra

@@ -1,10 +1,10 @@
-#include "platform/x11/session_layouts.h"
+#include "platform/xkb/session_layouts.h"
 
 #include <xkbcommon/xkbregistry.h>
 
 #include <memory>
 
-namespace kivra::x11 {
+namespace kivra {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::vector<SessionLayout> sessionLayouts(std::string_view rulesNames,
   return layouts;
 }
 
-}  // namespace kivra::x11
+}  // namespace kivra

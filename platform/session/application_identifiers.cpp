@@ -1,9 +1,9 @@
-#include "platform/x11/application_identifiers.h"
+#include "platform/session/application_identifiers.h"
 
 #include <algorithm>
 #include <array>
 
-namespace kivra::x11 {
+namespace kivra {
 
 namespace {
 
@@ -110,4 +110,4 @@ std::vector<std::string> programNames(std::string_view entry) {
   return names;
 }
 
-}  // namespace kivra::x11
+}  // namespace kivra

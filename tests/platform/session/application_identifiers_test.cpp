@@ -1,8 +1,8 @@
-#include "platform/x11/application_identifiers.h"
+#include "platform/session/application_identifiers.h"
 
 #include <gtest/gtest.h>
 
-namespace kivra::x11 {
+namespace kivra {
 namespace {
 
 TEST(ApplicationIdentifiers, ProgramsOfSeveralSystemsHaveTheirSkipListNames) {
@@ -21,4 +21,4 @@ TEST(ApplicationIdentifiers, OthersKeepTheirNames) {
 }
 
 }  // namespace
-}  // namespace kivra::x11
+}  // namespace kivra
