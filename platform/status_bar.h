@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,6 +36,11 @@ class StatusItem {
 
   /// Asked for the items whenever the menu is about to open.
   virtual void setMenu(std::function<std::vector<MenuItem>()> menuNeedsUpdate) = 0;
+};
+
+/// A tray of the old kind (XEmbed), into which programs put a window for each icon.
+struct SystemTray {
+  std::optional<std::uint32_t> foreground;  ///< the colour of its icons, 0xRRGGBB, where it tells
 };
 
 /// The status bar of the desktop.

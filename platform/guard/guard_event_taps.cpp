@@ -192,9 +192,9 @@ EventVerdict GuardEventTaps::callTap(const Report& report) {
   // What was posted before this event does not belong to it.
   flushPosted();
   isInCallback_ = true;
-  environment_.group.ofEvent = report.group;
+  environment_.groupMet(report.group);
   const auto verdict = tap->callback(type, event);
-  environment_.group.ofEvent.reset();
+  environment_.groupMet(std::nullopt);
   isInCallback_ = false;
   return verdict;
 }

@@ -5,11 +5,11 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/event_tap.h"
 #include "platform/guard/guard_link.h"
-#include "platform/guard/input_group.h"
 #include "platform/guard/posted_keys.h"
 #include "platform/guard/watch_fd.h"
 #include "platform/log.h"
@@ -25,10 +25,11 @@ class GuardEventTaps : public EventTaps {
   struct Environment {
     GuardLink& guard;
     PostedKeys& posted;
-    InputGroup& group;
     RunLoop& runLoop;
     Log& log;
     WatchFd watchFd;
+    /// The group that the event being handled met; nothing when it has been handled.
+    std::function<void(std::optional<std::uint32_t> group)> groupMet;
     std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
     /// A selection stands in the focused field behind at least so many characters.
     std::function<bool(std::size_t characters)> hasSelectionBehind;

@@ -92,7 +92,7 @@ class StatusMenu : public QMenu {
 
 class QtStatusItem : public StatusItem {
  public:
-  QtStatusItem(Log& log, std::function<std::optional<OldTray>()> oldTray)
+  QtStatusItem(Log& log, std::function<std::optional<SystemTray>()> oldTray)
       : oldTray_(std::move(oldTray)),
         hostWatcher_(hostName, QDBusConnection::sessionBus(),
                      QDBusServiceWatcher::WatchForRegistration) {
@@ -154,7 +154,7 @@ class QtStatusItem : public StatusItem {
     if (menuNeedsUpdate_) menu_.setItems(menuNeedsUpdate_());
   }
 
-  std::function<std::optional<OldTray>()> oldTray_;
+  std::function<std::optional<SystemTray>()> oldTray_;
   TrayLook look_;
   std::string symbol_;
   QString description_;

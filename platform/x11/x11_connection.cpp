@@ -107,7 +107,9 @@ std::string X11Connection::missing() {
   return names;
 }
 
-bool X11Connection::isOfWaylandSession() const { return problem_ == waylandProblem; }
+std::string X11Connection::impediment() const {
+  return problem_ == waylandProblem ? "сеанс Wayland: войдите в сеанс X11 (Xorg)" : problem_;
+}
 
 bool X11Connection::isLost() const {
   return connection_ != nullptr && xcb_connection_has_error(connection_) != 0;
@@ -174,19 +176,6 @@ std::optional<std::uint32_t> X11Connection::group() {
   const XcbPointer<xcb_xkb_get_state_reply_t> reply(xcb_xkb_get_state_reply(
       connection_, xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD), nullptr));
   return reply ? std::optional<std::uint32_t>(reply->group) : std::nullopt;
-}
-
-std::vector<std::string> X11Connection::groupNames() {
-  std::vector<std::string> names;
-  if (!isConnected()) return names;
-  auto* const keymap = newKeymap();
-  if (keymap == nullptr) return names;
-  for (xkb_layout_index_t i = 0; i < xkb_keymap_num_layouts(keymap); ++i) {
-    const auto* name = xkb_keymap_layout_get_name(keymap, i);
-    names.emplace_back(name == nullptr ? "" : name);
-  }
-  xkb_keymap_unref(keymap);
-  return names;
 }
 
 xkb_keymap* X11Connection::newKeymap() {

@@ -11,17 +11,17 @@
 #include <string_view>
 #include <vector>
 
-struct xkb_keymap;
+#include "platform/guard/display_layouts.h"
 
 namespace kivra::x11 {
 
 /// The program's own connection to the X server, on which it asks about windows and layouts. The
 /// keys go through the guard's. Everything asked of a connection that is not there, or is broken,
 /// has no answer.
-class X11Connection {
+class X11Connection : public guard::DisplayLayouts {
  public:
   X11Connection() = default;
-  ~X11Connection();
+  ~X11Connection() override;
   X11Connection(const X11Connection&) = delete;
   X11Connection& operator=(const X11Connection&) = delete;
 
@@ -29,9 +29,9 @@ class X11Connection {
   /// in the way of the program, in a line for the user; empty when nothing does.
   bool connect();
   const std::string& problem() const { return problem_; }
-  /// Whether that is the kind of the session.
-  bool isOfWaylandSession() const;
-  bool isConnected() const { return connection_ != nullptr && problem_.empty(); }
+  /// The same in a few words.
+  std::string impediment() const;
+  bool isConnected() const override { return connection_ != nullptr && problem_.empty(); }
 
   /// True once the server has closed a connection that stood.
   bool isLost() const;
@@ -68,15 +68,10 @@ class X11Connection {
   /// Whether another client has grabbed the key with exactly these modifiers on the root window.
   bool isKeyGrabbed(xcb_keycode_t key, std::uint16_t modifiers);
 
-  /// The XKB group in effect.
-  std::optional<std::uint32_t> group();
-
-  /// The names of the keyboard map's groups ("English (US)"), in order; one for each group.
-  std::vector<std::string> groupNames();
-
-  /// The keyboard map of the session; the caller releases it. Null when it cannot be read. Before
-  /// the first key of a session that is the map of a keyboard, not the server's own.
-  xkb_keymap* newKeymap();
+  /// Before the first key of a session that is the map of a keyboard, not the server's own.
+  xkb_keymap* newKeymap() override;
+  std::string rulesNames() override { return property(root_, "_XKB_RULES_NAMES").value_or(""); }
+  std::optional<std::uint32_t> group() override;
 
  private:
   std::string missing();

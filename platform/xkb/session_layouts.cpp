@@ -1,5 +1,6 @@
 #include "platform/xkb/session_layouts.h"
 
+#include <xkbcommon/xkbcommon.h>
 #include <xkbcommon/xkbregistry.h>
 
 #include <memory>
@@ -91,6 +92,14 @@ std::vector<SessionLayout> sessionLayouts(std::string_view rulesNames,
     layouts.push_back(agrees ? byName : description);
   }
   return layouts;
+}
+
+std::vector<SessionLayout> sessionLayouts(xkb_keymap* keymap, std::string_view rulesNames) {
+  std::vector<std::string> groupNames;
+  for (xkb_layout_index_t i = 0; i < xkb_keymap_num_layouts(keymap); ++i) {
+    groupNames.push_back(text(xkb_keymap_layout_get_name(keymap, i)));
+  }
+  return sessionLayouts(rulesNames, groupNames);
 }
 
 }  // namespace kivra

@@ -175,7 +175,7 @@ TEST(OwnWindows, AnXServerOfAWaylandSessionIsNotTakenForOne) {
                  "Клавиатуру не видно: в сеансе Wayland окна не показывают нажатий другим "
                  "программам; войдите в сеанс X11 (Xorg)");
   host.waitForItem();
-  EXPECT_TRUE(hasEntry(host, "Сеанс Wayland: войдите в сеанс X11 (Xorg)"));
+  EXPECT_TRUE(hasEntry(host, "Клавиатуру не видно: сеанс Wayland: войдите в сеанс X11 (Xorg)"));
 }
 
 }  // namespace

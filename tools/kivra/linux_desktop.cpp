@@ -6,6 +6,8 @@
 
 #include "platform/qt/main_thread.h"
 #include "platform/qt/qt_application.h"
+#include "platform/session/notifier_host.h"
+#include "session_choice.h"
 
 namespace kivra {
 
@@ -21,37 +23,45 @@ LinuxDesktop::LinuxDesktop(std::string guardProgram, const LocalLanguageModel::O
     : application_([] { qt::QtApplication::exit(EXIT_SUCCESS); }),
       defaults_(userDefaultsPath(), [this](std::string_view line) { log_.log(line); }),
       layoutKeepers_(qt::callOnMainThread),
-      x11_({.runLoop = runLoop_,
-            .log = log_,
-            .watchFd =
-                [this](int fd, std::function<void()> onReadable) {
-                  return runLoop_.watch(fd, std::move(onReadable));
-                },
-            .guardProgram = std::move(guardProgram),
-            .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
-            .activeWindowChanged = [this] { accessibility_.meetApplications(); },
-            .hasSelectionBehind =
-                [this](std::size_t characters) {
-                  return accessibility_.hasSelectionBehind(characters);
-                },
-            .open = [this](std::string_view address) { opener_.open(address); },
-            .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
-            .isTakenByOwnWindow = [this](const Event& event) { return takeKey(event); },
-            .connectionLost =
-                [this] {
-                  reportLostServer();
-                  qt::QtApplication::exit(EXIT_FAILURE);
-                }}),
-      text_(runLoop_, accessibility_, log_, model),
-      notifications_(qt::callOnMainThread) {
+      session_(openSession(sessionEnvironment(std::move(guardProgram)))),
+      text_(
+          runLoop_, accessibility_, log_, [this] { return session_->pingActiveWindow(); }, model),
+      alerts_([this](auto window) { session_->activateWindow(window); }),
+      notifications_(qt::callOnMainThread),
+      windows_([this](auto window) { session_->activateWindow(window); }) {
   spellChecker_.load();
-  qt::QtApplication::setDisplayLostHandler([this] { reportLostServer(); });
+  qt::QtApplication::setDisplayLostHandler([this] { reportLostDisplay(); });
+  session_->connect();
+  reportMissing();
+}
+
+guard::KeyboardSession::Environment LinuxDesktop::sessionEnvironment(std::string guardProgram) {
+  return {
+      .runLoop = runLoop_,
+      .log = log_,
+      .watchFd =
+          [this](int fd, std::function<void()> onReadable) {
+            return runLoop_.watch(fd, std::move(onReadable));
+          },
+      .guardProgram = std::move(guardProgram),
+      .isPasswordFocused = [this] { return accessibility_.isPasswordFocused(); },
+      .activeWindowChanged = [this] { accessibility_.meetApplications(); },
+      .hasSelectionBehind =
+          [this](std::size_t characters) { return accessibility_.hasSelectionBehind(characters); },
+      .open = [this](std::string_view address) { opener_.open(address); },
+      .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
+      .isTakenByOwnWindow = [this](const Event& event) { return takeKey(event); },
+      .connectionLost =
+          [this] {
+            reportLostDisplay();
+            qt::QtApplication::exit(EXIT_FAILURE);
+          }};
 }
 
 // The program and its windows have a connection each, and either may notice first.
-void LinuxDesktop::reportLostServer() {
-  if (std::exchange(isLostServerReported_, true)) return;
-  log_.log("Kivra: связь с X-сервером потеряна, выходим");
+void LinuxDesktop::reportLostDisplay() {
+  if (std::exchange(isLostDisplayReported_, true)) return;
+  log_.log("Kivra: связь с дисплеем потеряна, выходим");
 }
 
 Platform LinuxDesktop::platform() {
@@ -60,10 +70,10 @@ Platform LinuxDesktop::platform() {
           .application = application_,
           .clock = clock_,
           .defaults = defaults_,
-          .eventPosting = x11_.eventPosting,
-          .eventTaps = x11_.eventTaps,
+          .eventPosting = session_->eventPosting(),
+          .eventTaps = session_->eventTaps(),
           .httpClient = text_.httpClient,
-          .inputSources = x11_.inputSources,
+          .inputSources = session_->inputSources(),
           .keychain = text_.keychain,
           .languageModel = text_.languageModel,
           .languageRecognizer = text_.languageRecognizer,
@@ -71,7 +81,7 @@ Platform LinuxDesktop::platform() {
           .locale = text_.locale,
           .log = log_,
           .notifications = notifications_,
-          .pasteboard = text_.pasteboard,
+          .pasteboard = session_->pasteboard(),
           .privacy = *this,
           .runLoop = runLoop_,
           .spellChecker = spellChecker_,
@@ -79,15 +89,12 @@ Platform LinuxDesktop::platform() {
           .terms = terms_,
           .translation = text_.translation,
           .windows = windows_,
-          .workspace = x11_.workspace};
+          .workspace = session_->workspace()};
 }
 
-bool LinuxDesktop::isProcessTrusted() {
-  const auto isTrusted = accessibility_.isEnabled();
-  reportMissing(reportedAccessibility_,
-                isTrusted ? "" : std::string("Kivra: ") + accessibilityMissing);
-  return isTrusted;
-}
+bool LinuxDesktop::hasTray() { return session_->systemTray() || hasNotifierHost(); }
+
+bool LinuxDesktop::isProcessTrusted() { return accessibility_.isEnabled(); }
 
 bool LinuxDesktop::isProcessTrustedWithOptions(bool prompt) {
   const auto isTrusted = isProcessTrusted();
@@ -98,28 +105,27 @@ bool LinuxDesktop::isProcessTrustedWithOptions(bool prompt) {
 std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
 
 AccessType LinuxDesktop::checkAccess() {
-  const auto isGranted = x11_.connect();
-  reportMissing(reportedInput_, isGranted ? "" : "Kivra: клавиатуру не видно: " + x11_.problem());
-  return isGranted ? AccessType::granted : AccessType::denied;
+  return session_->problem().empty() ? AccessType::granted : AccessType::denied;
 }
 
-std::string LinuxDesktop::keyboardProblem() const {
-  return "Клавиатуру не видно: " + x11_.problem();
+bool LinuxDesktop::requestAccess() { return session_->connect(); }
+
+std::string LinuxDesktop::inputMonitoringRemedy() {
+  return "Клавиатуру не видно: " + session_->problem();
 }
 
 std::string LinuxDesktop::impediment() {
-  if (!x11_.connect()) {
-    return x11_.isWaylandSession() ? "Сеанс Wayland: войдите в сеанс X11 (Xorg)"
-                                   : keyboardProblem();
+  if (const auto impediment = session_->impediment(); !impediment.empty()) {
+    return "Клавиатуру не видно: " + impediment;
   }
   if (!accessibility_.isEnabled()) return "Специальные возможности (AT-SPI) выключены";
-  if (!x11_.isGuardRunning()) return "Сторож клавиатуры не работает: перезапустите Kivra";
+  if (!session_->isGuardRunning()) return "Сторож клавиатуры не работает: перезапустите Kivra";
   return missingLayouts();
 }
 
 // The layouts are looked for once: one that comes later needs a new start.
 std::string LinuxDesktop::missingLayouts() {
-  const auto sources = x11_.inputSources.createInputSourceList();
+  const auto sources = session_->inputSources().createInputSourceList();
   const auto isMissing = [&](const char* language) {
     return !sources || std::ranges::none_of(*sources, [&](const auto& source) {
       return source->languages && !source->languages->empty() &&
@@ -136,13 +142,15 @@ std::string LinuxDesktop::missingLayouts() {
 }
 
 bool LinuxDesktop::takeKey(const Event& event) {
-  return localKeyMonitors_.isMonitoring() && x11_.workspace.isOwnWindowInFront() &&
+  return localKeyMonitors_.isMonitoring() && session_->isOwnWindowInFront() &&
          localKeyMonitors_.take(event);
 }
 
-void LinuxDesktop::reportMissing(std::string& reported, const std::string& missing) {
-  if (!missing.empty() && missing != reported) log_.log(missing);
-  reported = missing;
+void LinuxDesktop::reportMissing() {
+  if (!isProcessTrusted()) log_.log(std::string("Kivra: ") + accessibilityMissing);
+  if (const auto problem = session_->problem(); !problem.empty()) {
+    log_.log("Kivra: клавиатуру не видно: " + problem);
+  }
 }
 
 }  // namespace kivra

@@ -1,11 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "linux_text_services.h"
-#include "old_tray.h"
 #include "platform/atspi/accessibility_bus.h"
 #include "platform/defaults/sqlite_defaults_database.h"
+#include "platform/guard/keyboard_session.h"
 #include "platform/platform.h"
 #include "platform/privacy.h"
 #include "platform/qt/qt_alerts.h"
@@ -21,13 +22,10 @@
 #include "platform/session/standard_error_log.h"
 #include "platform/session/system_clock.h"
 #include "platform/spelling/hunspell_spell_checker.h"
-#include "platform/x11/window_activation.h"
-#include "platform/x11/x11_desktop.h"
 
 namespace kivra {
 
-/// The Linux desktop: every service of the boundary, as an X11 session has it. Needs a
-/// QtApplication.
+/// The Linux desktop: every service of the boundary. Needs a QtApplication.
 class LinuxDesktop : public Privacy {
  public:
   /// `guardProgram` is the executable of the keyboard guard.
@@ -35,21 +33,24 @@ class LinuxDesktop : public Privacy {
 
   Platform platform();
 
+  /// Whether the desktop has a place for the program's icon.
+  bool hasTray();
+
   bool isProcessTrusted() override;
   bool isProcessTrustedWithOptions(bool prompt) override;
 
-  /// Connects to the X server when that has not been possible yet.
   AccessType checkAccess() override;
-  bool requestAccess() override { return checkAccess() == AccessType::granted; }
+  /// Connects to the display when that has not been possible yet.
+  bool requestAccess() override;
   std::string privacyPaneAddress() override { return std::string(AddressOpener::settingsAddress); }
   std::string accessibilityRemedy() override;
-  std::string inputMonitoringRemedy() override { return keyboardProblem(); }
+  std::string inputMonitoringRemedy() override;
   std::string impediment() override;
 
  private:
-  void reportMissing(std::string& reported, const std::string& missing);
-  void reportLostServer();
-  std::string keyboardProblem() const;
+  guard::KeyboardSession::Environment sessionEnvironment(std::string guardProgram);
+  void reportMissing();
+  void reportLostDisplay();
   std::string missingLayouts();
   bool takeKey(const Event& event);
 
@@ -62,17 +63,15 @@ class LinuxDesktop : public Privacy {
   SqliteDefaultsDatabase defaults_;
   HunspellSpellChecker spellChecker_;
   LayoutKeepers layoutKeepers_;
-  x11::X11Desktop x11_;
+  std::unique_ptr<guard::KeyboardSession> session_;
   LinuxTextServices text_;
-  qt::QtAlerts alerts_{x11::activateWindow};
+  qt::QtAlerts alerts_;
   DesktopNotifications notifications_;
   LinuxTerms terms_;
-  qt::QtLocalKeyMonitors localKeyMonitors_{[this] { return x11_.isGuardRunning(); }};
-  qt::QtStatusBar statusBar_{log_, oldTray};
-  qt::QtWindows windows_{x11::activateWindow};
-  std::string reportedAccessibility_;
-  std::string reportedInput_;
-  bool isLostServerReported_ = false;
+  qt::QtLocalKeyMonitors localKeyMonitors_{[this] { return session_->isGuardRunning(); }};
+  qt::QtStatusBar statusBar_{log_, [this] { return session_->systemTray(); }};
+  qt::QtWindows windows_;
+  bool isLostDisplayReported_ = false;
 };
 
 }  // namespace kivra

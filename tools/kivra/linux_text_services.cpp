@@ -2,11 +2,11 @@
 
 #include <memory>
 #include <set>
+#include <utility>
 
 #include "platform/engines/missing_pair.h"
 #include "platform/qt/main_thread.h"
 #include "platform/session/desktop_notice.h"
-#include "platform/x11/window_ping.h"
 
 namespace kivra {
 
@@ -20,18 +20,14 @@ std::function<void(const TranslationLanguages&)> adviseOnMissingPair() {
   };
 }
 
-std::function<bool()> pingActiveWindow() {
-  return [ping = std::make_shared<x11::WindowPing>()] { return ping->isPending(); };
-}
-
 }  // namespace
 
 LinuxTextServices::LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus, Log& log,
+                                     std::function<std::function<bool()>()> pingActiveWindow,
                                      const LocalLanguageModel::Options& model)
-    : accessibility(bus, runLoop, pingActiveWindow),
+    : accessibility(bus, runLoop, std::move(pingActiveWindow)),
       keychain({.report = [&log](std::string_view line) { log.log(line); }}),
       languageModel(httpClient, runLoop, model),
-      pasteboard(runLoop),
       translation(httpClient, languageRecognizer, qt::callOnMainThread,
                   {.pairIsMissing = adviseOnMissingPair()}) {}
 

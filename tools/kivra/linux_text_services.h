@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+
 #include "platform/atspi/accessibility_bus.h"
 #include "platform/atspi/atspi_accessibility.h"
 #include "platform/engines/local_language_model.h"
@@ -10,14 +12,15 @@
 #include "platform/qt/qt_keychain.h"
 #include "platform/run_loop.h"
 #include "platform/session/environment_locale.h"
-#include "platform/x11/x11_pasteboard.h"
 
 namespace kivra {
 
 /// What translating and correcting needs of the Linux desktop, put together. Needs a
 /// QCoreApplication; ends before it and before the run loop and the bus.
 struct LinuxTextServices {
+  /// `pingActiveWindow` is as in guard::KeyboardSession.
   LinuxTextServices(RunLoop& runLoop, AccessibilityBus& bus, Log& log,
+                    std::function<std::function<bool()>()> pingActiveWindow,
                     const LocalLanguageModel::Options& model = {});
 
   AtspiAccessibility accessibility;
@@ -26,7 +29,6 @@ struct LinuxTextServices {
   LocalLanguageModel languageModel;
   Cld2LanguageRecognizer languageRecognizer;
   EnvironmentLocale locale;
-  x11::X11Pasteboard pasteboard;
   OfflineTranslation translation;
 };
 

@@ -7,8 +7,8 @@
 #include "app/kivra_app.h"
 #include "linux_desktop.h"
 #include "platform/qt/qt_application.h"
-#include "platform/x11/display.h"
 #include "program_options.h"
+#include "session_choice.h"
 #include "session_control.h"
 
 namespace {
@@ -33,21 +33,12 @@ std::string guardProgram() {
   return std::filesystem::exists(beside) ? beside : installed;
 }
 
-bool isSet(const char* variable) {
-  const auto* const value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
-}
-
-/// Of any kind; which of them the program can work on it finds out itself.
-bool hasDisplay() {
-  return isSet("WAYLAND_DISPLAY") || (isSet("DISPLAY") && kivra::x11::isDisplayThere());
-}
-
 int complainOfDisplay() {
+  const auto* const display = std::getenv("DISPLAY");
   std::cerr << "Kivra: нет дисплея: "
-            << (isSet("DISPLAY")
-                    ? std::string("X-сервер ") + std::getenv("DISPLAY") + " не отвечает"
-                    : "ни DISPLAY, ни WAYLAND_DISPLAY не заданы")
+            << (display == nullptr || *display == '\0'
+                    ? "ни DISPLAY, ни WAYLAND_DISPLAY не заданы"
+                    : std::string("X-сервер ") + display + " не отвечает")
             << ". Запустите Kivra в графическом сеансе; без него есть kivra-desk.\n";
   return EXIT_FAILURE;
 }
@@ -58,7 +49,7 @@ int main(int count, char** values) {
   if (const auto status = kivra::answerCommonOption({values + 1, values + count}, program, usage)) {
     return *status;
   }
-  if (!hasDisplay()) return complainOfDisplay();
+  if (!kivra::hasDisplay()) return complainOfDisplay();
   kivra::qt::QtApplication application(count, values);
   // Qt has taken out what it knows, such as the number that a session manager gives.
   if (count > 1) {
@@ -70,6 +61,6 @@ int main(int count, char** values) {
   kivra::KivraApp kivra(desktop.platform());
   kivra::SessionControl control(kivra);
   kivra.delegate->applicationDidFinishLaunching();
-  control.noticeMissingTray();
+  control.noticeMissingTray([&desktop] { return desktop.hasTray(); });
   return application.run();
 }

@@ -10,11 +10,9 @@
 #include "platform/input_sources.h"
 #include "platform/qt/main_thread.h"
 #include "platform/run_loop.h"
-#include "platform/session/desktop_notice.h"
-#include "platform/session/notifier_host.h"
-#include "platform/workspace.h"
 #include "platform/session/application_identifiers.h"
-#include "platform/x11/system_tray.h"
+#include "platform/session/desktop_notice.h"
+#include "platform/workspace.h"
 
 namespace kivra {
 
@@ -93,9 +91,9 @@ CommandReply SessionControl::run(const std::vector<std::string>& words, const st
   return {reply.status, reply.output, reply.message};
 }
 
-void SessionControl::noticeMissingTray() {
-  app_.services.platform.runLoop.asyncAfter(trayPatience, [] {
-    if (x11::systemTray() || hasNotifierHost()) return;
+void SessionControl::noticeMissingTray(std::function<bool()> hasTray) {
+  app_.services.platform.runLoop.asyncAfter(trayPatience, [hasTray = std::move(hasTray)] {
+    if (hasTray()) return;
     showDesktopNotice("Kivra работает",
                       "Области уведомлений нет, значка не видно. Настройки: запустите Kivra ещё "
                       "раз, или в терминале: kivractl settings");

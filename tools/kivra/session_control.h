@@ -12,9 +12,9 @@ class SessionControl {
  public:
   explicit SessionControl(KivraApp& app);
 
-  /// Some seconds from now, where no tray shows the icon, tells on the desktop how the settings are
-  /// opened without it.
-  void noticeMissingTray();
+  /// Some seconds from now, where no tray can show the icon, tells on the desktop how the settings
+  /// are opened without it.
+  void noticeMissingTray(std::function<bool()> hasTray);
 
  private:
   CommandReply run(const std::vector<std::string>& words, const std::string& input);

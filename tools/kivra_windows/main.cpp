@@ -16,13 +16,13 @@
 #include <string>
 
 #include "app/kivra_app.h"
-#include "old_tray.h"
 #include "platform/embedded/embedded_desktop.h"
 #include "platform/qt/qt_local_key_monitors.h"
 #include "platform/qt/qt_status_bar.h"
 #include "platform/qt/qt_windows.h"
 #include "platform/qt/symbol.h"
 #include "platform/session/linux_terms.h"
+#include "platform/x11/system_tray.h"
 #include "program_options.h"
 
 namespace {
@@ -123,7 +123,7 @@ class Gallery {
   kivra::embedded::EmbeddedDesktop desktop_{printEffect, [] { return nullptr; }};
   kivra::qt::QtWindows windows_;
   kivra::qt::QtLocalKeyMonitors monitors_;
-  kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::oldTray};
+  kivra::qt::QtStatusBar statusBar_{desktop_.session, kivra::x11::systemTray};
   kivra::LinuxTerms terms_;
   kivra::KivraApp app_{desktop_.platform(windows_, monitors_, statusBar_, terms_)};
   QTimer clock_;

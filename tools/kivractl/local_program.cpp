@@ -30,14 +30,14 @@ LocalProgram::LocalProgram()
                         std::chrono::seconds(0)}) {}
 
 Reply LocalProgram::carryOut(const Request& request) {
+  const auto replacementStore = [this]() -> ReplacementStore& { return replacements(); };
   return control::carryOut({.settings = settings_,
                             .exceptions = exceptions_,
-                            .replacements = [this]() -> auto& { return replacements();
-}
-, .frontmostIdentifier = frontmostIdentifier, .identifierOf = bundleIdentifier,
-  .namesOf = programNames, .isSaved = [this] { return database_.isSaved(); }
-}  // namespace kivra::control
-,
+                            .replacements = replacementStore,
+                            .frontmostIdentifier = frontmostIdentifier,
+                            .identifierOf = bundleIdentifier,
+                            .namesOf = programNames,
+                            .isSaved = [this] { return database_.isSaved(); }},
                            request);
 }
 

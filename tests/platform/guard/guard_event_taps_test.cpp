@@ -38,7 +38,7 @@ class GuardEventTapsTest : public testing::Test {
   EventVerdict callback(EventType type, const Event& event) {
     events.push_back(event);
     events.back().type = type;
-    groups.push_back(group.ofEvent.value_or(99));
+    groups.push_back(group.value_or(99));
     for (const auto& key : answer) posted.add(key);
     return verdict;
   }
@@ -75,7 +75,7 @@ class GuardEventTapsTest : public testing::Test {
   embedded::VirtualTime time{effects};
   Lines log;
   PostedKeys posted;
-  InputGroup group;
+  std::optional<std::uint32_t> group;
   GuardLink link{KIVRA_LENDING_GUARD};
   int refusals = 0;
   std::chrono::milliseconds pause{0};
@@ -83,7 +83,6 @@ class GuardEventTapsTest : public testing::Test {
   std::weak_ptr<std::function<void()>> onReadable;
   GuardEventTaps taps{{.guard = link,
                        .posted = posted,
-                       .group = group,
                        .runLoop = time,
                        .log = log,
                        .watchFd =
@@ -92,6 +91,7 @@ class GuardEventTapsTest : public testing::Test {
                              onReadable = kept;
                              return kept;
                            },
+                       .groupMet = [this](auto met) { group = met; },
                        .groupSelected = [](std::uint32_t) {},
                        .hasSelectionBehind = [this](std::size_t) { return hasSelection; },
                        .pauseAfterErasing = [this] { return pause; },
@@ -120,7 +120,7 @@ TEST_F(GuardEventTapsTest, TellsTheGuardWhatItNeedsAndAnswersIt) {
           .keyCode = key_codes::space,
           .group = 1});
   EXPECT_EQ(groups, std::vector{1U});
-  EXPECT_FALSE(group.ofEvent);
+  EXPECT_FALSE(group);
   const auto decided = guard->channel.receive();
   ASSERT_TRUE(decided);
   EXPECT_EQ(decided->order.kind, OrderKind::verdict);

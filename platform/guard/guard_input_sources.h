@@ -1,22 +1,24 @@
 #pragma once
 
-#include "platform/guard/input_group.h"
+#include "platform/guard/display_layouts.h"
 #include "platform/guard/posted_keys.h"
 #include "platform/input_sources.h"
 #include "platform/log.h"
-#include "platform/x11/x11_connection.h"
 
-namespace kivra::x11 {
+namespace kivra::guard {
 
-/// The XKB groups of the session as input sources.
-class X11InputSources : public InputSources {
+/// The groups of the session's keyboard map as input sources. One is selected by the guard, in
+/// order with the keys that are posted.
+class GuardInputSources : public InputSources {
  public:
-  X11InputSources(X11Connection& connection, guard::PostedKeys& posted, guard::InputGroup& group,
-                  Log& log)
-      : connection_(connection), posted_(posted), group_(group), log_(log) {}
+  GuardInputSources(DisplayLayouts& display, PostedKeys& posted, Log& log)
+      : display_(display), posted_(posted), log_(log) {}
 
   /// The keyboard map has changed.
   void invalidate() { isRead_ = false; }
+
+  /// The group that the event being handled met; nothing when it has been handled.
+  void meetGroup(std::optional<std::uint32_t> group);
 
   std::optional<std::vector<std::shared_ptr<const InputSource>>> createInputSourceList() override;
   std::shared_ptr<const InputSource> copyCurrentKeyboardInputSource() override;
@@ -30,12 +32,13 @@ class X11InputSources : public InputSources {
   void read();
   void reportMissingLanguages();
 
-  X11Connection& connection_;
-  guard::PostedKeys& posted_;
-  guard::InputGroup& group_;
+  DisplayLayouts& display_;
+  PostedKeys& posted_;
   Log& log_;
   bool isRead_ = false;
   std::vector<std::shared_ptr<const InputSource>> sources_;
+  std::optional<std::uint32_t> groupOfEvent_;  // changed by what is selected meanwhile
+  std::optional<std::uint32_t> lastGroup_;     // for displays that tell none
 };
 
-}  // namespace kivra::x11
+}  // namespace kivra::guard

@@ -1,0 +1,29 @@
+#include "session_choice.h"
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/x11/display.h"
+#include "platform/x11/x11_session.h"
+
+namespace kivra {
+
+namespace {
+
+bool isSet(const char* variable) {
+  const auto* const value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+}  // namespace
+
+bool hasDisplay() {
+  return isSet("WAYLAND_DISPLAY") || (isSet("DISPLAY") && x11::isDisplayThere());
+}
+
+std::unique_ptr<guard::KeyboardSession> openSession(
+    guard::KeyboardSession::Environment environment) {
+  return std::make_unique<x11::X11Session>(std::move(environment));
+}
+
+}  // namespace kivra
