@@ -26,6 +26,21 @@ class RunLoop {
 
   /// Serves timers, queued blocks and input until `duration` has passed.
   virtual void runFor(std::chrono::microseconds duration) = 0;
+
+  /// Turns the loop, a slice at a time, until `isOver` holds: for the few answers that have to be
+  /// there before the caller may go on. Timers and input are served meanwhile; tasks that could go
+  /// on wait (`isHeldUp`), since what they do would fall into the middle of what the caller does.
+  void runUntil(const std::function<bool()>& isOver,
+                std::chrono::microseconds slice = std::chrono::milliseconds(1)) {
+    const auto release = [](RunLoop* loop) { --loop->waits_; };
+    ++waits_;
+    const std::unique_ptr<RunLoop, decltype(release)> wait(this, release);
+    while (!isOver()) runFor(slice);
+  }
+  bool isHeldUp() const { return waits_ > 0; }
+
+ private:
+  int waits_ = 0;
 };
 
 }  // namespace kivra

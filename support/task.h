@@ -28,14 +28,24 @@ class TaskRun : public std::enable_shared_from_this<TaskRun> {
 
   /// Queues the resumption of one of its coroutines; nothing happens once the owner is gone.
   void resumeLater(std::coroutine_handle<> coroutine) {
-    runLoop_.asyncAfter(std::chrono::microseconds(0), [run = shared_from_this(), coroutine] {
-      if (const auto owner = run->owner_.lock()) coroutine.resume();
-    });
+    resumeAfter(std::chrono::microseconds(0), coroutine);
   }
 
   void start();
 
  private:
+  void resumeAfter(std::chrono::microseconds delay, std::coroutine_handle<> coroutine) {
+    runLoop_.asyncAfter(delay, [run = shared_from_this(), coroutine] { run->resume(coroutine); });
+  }
+  void resume(std::coroutine_handle<> coroutine) {
+    constexpr auto patience = std::chrono::milliseconds(5);
+    if (runLoop_.isHeldUp()) {
+      resumeAfter(patience, coroutine);
+    } else if (const auto owner = owner_.lock()) {
+      coroutine.resume();
+    }
+  }
+
   RunLoop& runLoop_;
   std::weak_ptr<const void> owner_;
   std::unique_ptr<Task<void>> root_;

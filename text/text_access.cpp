@@ -23,11 +23,11 @@ std::optional<SelectedText> TextAccess::readSelection() {
   return copyViaClipboard();
 }
 
-void TextAccess::replaceSelection(const std::string& text) { paste(text, clipboard_.snapshot()); }
+void TextAccess::replaceSelection(const std::string& text) { paste(text, borrowPasteboard()); }
 
 // What is typed while the snapshot is waited for must not find everything selected.
 void TextAccess::replaceField(const std::string& text) {
-  auto saved = clipboard_.snapshot();
+  auto saved = borrowPasteboard();
   postCommandKey(key_codes::a);
   paste(text, std::move(saved));
 }
@@ -36,9 +36,19 @@ void TextAccess::paste(const std::string& text, Clipboard::Snapshot saved) {
   env_.pasteboard.clearContents();
   env_.pasteboard.setString(text, pasteboardTypeString);
   postCommandKey(key_codes::v);
+  isPasted_ = true;
   env_.runLoop.asyncAfter(restoreDelay, [weak = weak_from_this(), saved = std::move(saved)] {
-    if (const auto access = weak.lock()) access->clipboard_.restore(saved);
+    const auto access = weak.lock();
+    if (!access) return;
+    access->isPasted_ = false;
+    access->clipboard_.restore(saved);
   });
+}
+
+// What an earlier paste has put there is neither the user's nor a selection.
+Clipboard::Snapshot TextAccess::borrowPasteboard() {
+  env_.runLoop.runUntil([this] { return !isPasted_; }, pollSlice);
+  return clipboard_.snapshot();
 }
 
 void TextAccess::postCommandKey(std::uint16_t keyCode) {
@@ -81,7 +91,7 @@ std::optional<SelectedText> TextAccess::readFocusedElement() {
 }
 
 std::optional<SelectedText> TextAccess::copyViaClipboard() {
-  const auto saved = clipboard_.snapshot();
+  const auto saved = borrowPasteboard();
   const auto before = env_.pasteboard.changeCount();
   postCommandKey(key_codes::c);
   auto copied = waitForPasteboardChange(before) ? plainText() : std::string();
@@ -102,11 +112,9 @@ std::optional<SelectedText> TextAccess::copyAllViaClipboard() {
 
 bool TextAccess::waitForPasteboardChange(std::int64_t changeCount) {
   const auto deadline = env_.clock.now() + copyWait;
-  while (env_.clock.now() < deadline) {
-    if (env_.pasteboard.changeCount() != changeCount) return true;
-    env_.runLoop.runFor(pollSlice);
-  }
-  return env_.pasteboard.changeCount() != changeCount;
+  const auto isChanged = [&] { return env_.pasteboard.changeCount() != changeCount; };
+  env_.runLoop.runUntil([&] { return env_.clock.now() >= deadline || isChanged(); }, pollSlice);
+  return isChanged();
 }
 
 std::string TextAccess::plainText() {

@@ -38,8 +38,9 @@ class TextAccess : public std::enable_shared_from_this<TextAccess> {
   explicit TextAccess(const Environment& environment);
 
   /// The selected text, else the whole text of the field; nothing when neither can be read. Blocks
-  /// for 0.3 s and for as long as the pasteboard's owner takes, and keeps the run loop turning
-  /// meanwhile. Throws PlatformError when what is on the pasteboard would be lost.
+  /// for 0.3 s, for as long as the pasteboard's owner takes, and until an earlier paste has given
+  /// it back; keeps the run loop turning meanwhile. Throws PlatformError when what is on the
+  /// pasteboard would be lost.
   std::optional<SelectedText> readSelection();
 
   /// Pastes `text` over the selection. Returns at once; the pasteboard is restored 0.15 s later.
@@ -63,10 +64,12 @@ class TextAccess : public std::enable_shared_from_this<TextAccess> {
   std::optional<SelectedText> copyAllViaClipboard();
   bool waitForPasteboardChange(std::int64_t changeCount);
   std::string plainText();
+  Clipboard::Snapshot borrowPasteboard();
   void paste(const std::string& text, Clipboard::Snapshot saved);
 
   Environment env_;
   Clipboard clipboard_;
+  bool isPasted_ = false;  // and the pasteboard not yet given back
 };
 
 }  // namespace kivra

@@ -8,8 +8,10 @@ namespace kivra {
 
 namespace {
 
-// The keyboard may be frozen meanwhile. An application on a busy machine answers in a few ms.
+// The user's keys wait meanwhile. An application on a busy machine answers in a few ms; one that
+// did not is left in peace, or each word would cost that much.
 constexpr auto selectionWait = std::chrono::milliseconds(50);
+constexpr auto selectionRespite = std::chrono::seconds(2);
 
 }  // namespace
 
@@ -35,10 +37,15 @@ bool AccessibilityBus::hasSelectionBehind(std::size_t characters) {
   if (!watcher_->mayHaveSelection.exchange(false)) return false;
   const auto object = watcher_->focusedObject();
   if (!object) return false;
-  const auto deadline = std::chrono::steady_clock::now() + selectionWait;
+  const auto now = std::chrono::steady_clock::now();
+  if (now < nextQuestion_) return false;
+  const auto deadline = now + selectionWait;
   auto answer =
       watcher_->ask(*object, deadline, [](AccessibleText& text) { return text.selectionStart(); });
-  if (answer.wait_until(deadline) != std::future_status::ready) return false;
+  if (answer.wait_until(deadline) != std::future_status::ready) {
+    nextQuestion_ = deadline + selectionRespite;
+    return false;
+  }
   const auto start = answer.get();
   return start && static_cast<std::size_t>(*start) >= characters;
 }

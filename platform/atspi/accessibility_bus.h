@@ -42,7 +42,7 @@ class AccessibilityBus {
 
   /// In the focused field a selection stands behind at least so many characters. Asks the
   /// application, for at most 50 ms, and only when it has told of a selection in that field; false
-  /// where it tells nothing.
+  /// where it tells nothing, and for 2 s after it has not answered.
   bool hasSelectionBehind(std::size_t characters);
 
   /// The object that took the focus last and has not told that it lost it.
@@ -56,6 +56,7 @@ class AccessibilityBus {
 
  private:
   std::unique_ptr<AccessibilityWatcher> watcher_;
+  std::chrono::steady_clock::time_point nextQuestion_;
 };
 
 }  // namespace kivra

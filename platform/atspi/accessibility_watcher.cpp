@@ -64,29 +64,22 @@ void AccessibilityWatcher::run() {
   stopRetrying();
   applications_.finish();
   applications_.setBus(nullptr);
-  close(accessibility_);
-  close(session_);
+  accessibility_.reset();
+  session_.reset();
   g_main_context_pop_thread_default(context_);
-}
-
-void AccessibilityWatcher::close(GDBusConnection*& bus) {
-  if (bus == nullptr) return;
-  g_dbus_connection_close_sync(bus, nullptr, nullptr);
-  g_object_unref(bus);
-  bus = nullptr;
 }
 
 void AccessibilityWatcher::check() {
   bool enabled = false;
   if (connect()) {
-    const auto reply = call(session_, statusName, statusPath, propertiesInterface, "Get",
+    const auto reply = call(session_.get(), statusName, statusPath, propertiesInterface, "Get",
                             g_variant_new("(ss)", statusInterface, "IsEnabled"));
     GVariant* value = nullptr;
     if (reply) g_variant_get(reply.get(), "(v)", &value);
     const VariantPointer owned(value);
     enabled = value != nullptr && g_variant_is_of_type(value, G_VARIANT_TYPE_BOOLEAN) &&
               g_variant_get_boolean(value) != 0;
-    if (enabled && accessibility_ == nullptr) connectAccessibilityBus();
+    if (enabled && !accessibility_) connectAccessibilityBus();
   }
   setEnabled(enabled && accessibility_ != nullptr);
 }
@@ -126,48 +119,37 @@ void AccessibilityWatcher::setEnabled(bool enabled) {
 }
 
 bool AccessibilityWatcher::connect() {
-  if (session_ != nullptr && g_dbus_connection_is_closed(session_) != 0) close(session_);
-  if (session_ != nullptr) return true;
-  char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SESSION, cancellable_, nullptr);
-  if (address == nullptr) return false;
-  session_ = g_dbus_connection_new_for_address_sync(
-      address,
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, cancellable_, nullptr);
-  g_free(address);
-  if (session_ == nullptr) return false;
-  g_dbus_connection_signal_subscribe(session_, statusName, propertiesInterface, "PropertiesChanged",
-                                     statusPath, statusInterface, G_DBUS_SIGNAL_FLAGS_NONE,
-                                     onStatusChange, this, nullptr);
+  if (session_ && g_dbus_connection_is_closed(session_.get()) == 0) return true;
+  session_ = connectToBus(G_BUS_TYPE_SESSION, cancellable_);
+  if (!session_) return false;
+  g_dbus_connection_signal_subscribe(session_.get(), statusName, propertiesInterface,
+                                     "PropertiesChanged", statusPath, statusInterface,
+                                     G_DBUS_SIGNAL_FLAGS_NONE, onStatusChange, this, nullptr);
   return true;
 }
 
 void AccessibilityWatcher::connectAccessibilityBus() {
-  const auto reply = call(session_, statusName, statusPath, "org.a11y.Bus", "GetAddress", nullptr);
+  const auto reply =
+      call(session_.get(), statusName, statusPath, "org.a11y.Bus", "GetAddress", nullptr);
   if (!reply) return;
   const char* address = nullptr;
   g_variant_get(reply.get(), "(&s)", &address);
-  accessibility_ = g_dbus_connection_new_for_address_sync(
-      address,
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, cancellable_, nullptr);
-  if (accessibility_ == nullptr) return;
+  accessibility_ = connectToBus(address, cancellable_);
+  if (!accessibility_) return;
   listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
   listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
-  g_dbus_connection_signal_subscribe(accessibility_, accessibleRegistry, objectEvents,
+  g_dbus_connection_signal_subscribe(accessibility_.get(), accessibleRegistry, objectEvents,
                                      "ChildrenChanged", accessibleRoot, nullptr,
                                      G_DBUS_SIGNAL_FLAGS_NONE, onRegistryChange, this, nullptr);
-  applications_.setBus(accessibility_);
+  applications_.setBus(accessibility_.get());
   applications_.meet();
 }
 
 void AccessibilityWatcher::listen(const char* signal, const char* detail,
                                   GDBusSignalCallback callback, const char* event) {
-  g_dbus_connection_signal_subscribe(accessibility_, nullptr, objectEvents, signal, nullptr, detail,
-                                     G_DBUS_SIGNAL_FLAGS_NONE, callback, this, nullptr);
-  call(accessibility_, accessibleRegistry, "/org/a11y/atspi/registry", accessibleRegistry,
+  g_dbus_connection_signal_subscribe(accessibility_.get(), nullptr, objectEvents, signal, nullptr,
+                                     detail, G_DBUS_SIGNAL_FLAGS_NONE, callback, this, nullptr);
+  call(accessibility_.get(), accessibleRegistry, "/org/a11y/atspi/registry", accessibleRegistry,
        "RegisterEvent", g_variant_new("(s)", event));
 }
 
@@ -181,7 +163,7 @@ VariantPointer AccessibilityWatcher::call(GDBusConnection* bus, const char* name
 
 void AccessibilityWatcher::switchOn() {
   if (!connect()) return;
-  call(session_, statusName, statusPath, propertiesInterface, "Set",
+  call(session_.get(), statusName, statusPath, propertiesInterface, "Set",
        g_variant_new("(ssv)", statusInterface, "IsEnabled", g_variant_new_boolean(TRUE)));
   check();
 }
@@ -198,7 +180,8 @@ void AccessibilityWatcher::focusChanged(const char* sender, const char* path, bo
     isPasswordFocused = false;
     return;
   }
-  const auto reply = call(accessibility_, sender, path, accessibleInterface, "GetRole", nullptr);
+  const auto reply =
+      call(accessibility_.get(), sender, path, accessibleInterface, "GetRole", nullptr);
   guint32 role = 0;
   if (reply) g_variant_get(reply.get(), "(u)", &role);
   isPasswordFocused = role == passwordRole;

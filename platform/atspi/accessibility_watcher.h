@@ -14,6 +14,7 @@
 #include "platform/atspi/accessible_applications.h"
 #include "platform/atspi/accessible_object.h"
 #include "platform/atspi/accessible_text.h"
+#include "platform/io/bus_connection.h"
 #include "platform/io/variant_pointer.h"
 
 namespace kivra {
@@ -55,8 +56,6 @@ class AccessibilityWatcher {
   void selectionChanged(const char* sender, const char* path);
   void focusChanged(const char* sender, const char* path, bool focused);
 
-  void close(GDBusConnection*& bus);
-
   static void onStatusChange(GDBusConnection* bus, const char* sender, const char* path,
                              const char* interface, const char* signal, GVariant* arguments,
                              gpointer self);
@@ -76,8 +75,8 @@ class AccessibilityWatcher {
   GMainLoop* loop_;
   GCancellable* cancellable_ = g_cancellable_new();
   GSource* retry_ = nullptr;
-  GDBusConnection* session_ = nullptr;
-  GDBusConnection* accessibility_ = nullptr;
+  BusConnection session_;
+  BusConnection accessibility_;
   AccessibleApplications applications_{cancellable_};
   std::mutex mutex_;
   std::optional<AccessibleObject> focused_;
@@ -93,8 +92,8 @@ auto AccessibilityWatcher::ask(const AccessibleObject& object, AccessibleText::M
   using Answer = decltype(read(std::declval<AccessibleText&>()));
   using Task = std::packaged_task<Answer()>;
   auto task = std::make_unique<Task>([this, object, deadline, read]() -> Answer {
-    if (accessibility_ == nullptr) return {};
-    AccessibleText text(accessibility_, object, deadline);
+    if (!accessibility_) return {};
+    AccessibleText text(accessibility_.get(), object, deadline);
     return read(text);
   });
   auto answer = task->get_future();

@@ -6,10 +6,11 @@ namespace kivra {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 constexpr auto keysWait = std::chrono::milliseconds(500);
 constexpr auto answerWait = std::chrono::milliseconds(100);
 constexpr auto prompt = std::chrono::milliseconds(5);
-constexpr auto slice = std::chrono::milliseconds(1);
 
 class SystemWide : public AccessibilityElement {};
 
@@ -55,7 +56,7 @@ AccessibilityValue AtspiAccessibility::focusedElement() {
 void AtspiAccessibility::waitForKeys() {
   const auto deadline = std::chrono::steady_clock::now() + keysWait;
   const auto isPending = ping_();
-  while (isPending() && std::chrono::steady_clock::now() < deadline) runLoop_.runFor(slice);
+  runLoop_.runUntil([&] { return !isPending() || std::chrono::steady_clock::now() >= deadline; });
 }
 
 // The object may be one of the program's own windows, which answers from the run loop.
@@ -63,12 +64,10 @@ AccessibilityValue AtspiAccessibility::text(const AccessibleObject& object,
                                             AccessibleTextPart part) {
   const auto deadline = std::chrono::steady_clock::now() + answerWait;
   auto answer = bus_.text(object, part, deadline);
-  auto wait = prompt;
-  while (answer.wait_for(wait) == std::future_status::timeout) {
-    if (std::chrono::steady_clock::now() >= deadline) return {};
-    runLoop_.runFor(slice);
-    wait = std::chrono::milliseconds(0);
-  }
+  answer.wait_for(prompt);
+  const auto isThere = [&answer] { return answer.wait_for(0s) == std::future_status::ready; };
+  runLoop_.runUntil([&] { return isThere() || std::chrono::steady_clock::now() >= deadline; });
+  if (!isThere()) return {};
   auto text = answer.get();
   if (!text) return {};
   return std::move(*text);

@@ -10,7 +10,6 @@ namespace {
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-constexpr auto probeSlice = std::chrono::milliseconds(1);
 
 constexpr const char* noModel = "Локальная модель не отвечает.";
 constexpr const char* notUnderstood = "Ответ локальной модели непонятен.";
@@ -86,7 +85,7 @@ bool LocalLanguageModel::isAvailable() {
   isProbing_ = true;
   const LocalModelProbe probe(http_, options_.ports, options_.probeWait);
   const auto deadline = Clock::now() + options_.probeWait;
-  while (!probe.isSettled() && Clock::now() < deadline) runLoop_.runFor(probeSlice);
+  runLoop_.runUntil([&] { return probe.isSettled() || Clock::now() >= deadline; });
   *known_ = {.model = probe.found(), .until = Clock::now() + options_.probeLife};
   isProbing_ = false;
   return known_->model.has_value();

@@ -1,45 +1,13 @@
 #include "platform/spelling/letter_code.h"
 
+#include <unicode/utf8.h>
+
+#include <array>
 #include <cstddef>
+#include <cstdint>
 
 namespace kivra {
 namespace {
-
-constexpr char32_t replacement = 0xFFFD;
-
-std::size_t sequenceLength(unsigned char lead) {
-  if (lead < 0x80) return 1;
-  if (lead >= 0xC2 && lead < 0xE0) return 2;
-  if (lead >= 0xE0 && lead < 0xF0) return 3;
-  if (lead >= 0xF0 && lead < 0xF5) return 4;
-  return 0;
-}
-
-char32_t decodeOne(std::string_view utf8, std::size_t& pos) {
-  const auto lead = static_cast<unsigned char>(utf8[pos]);
-  const std::size_t length = sequenceLength(lead);
-  if (length == 1) {
-    ++pos;
-    return lead;
-  }
-  if (length == 0 || pos + length > utf8.size()) {
-    ++pos;
-    return replacement;
-  }
-  char32_t scalar = lead & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    const auto next = static_cast<unsigned char>(utf8[pos + i]);
-    if ((next & 0xC0U) != 0x80U) {
-      pos += i;
-      return replacement;
-    }
-    scalar = (scalar << 6U) | (next & 0x3FU);
-  }
-  pos += length;
-  const bool overlong = (length == 3 && scalar < 0x800) || (length == 4 && scalar < 0x10000);
-  const bool surrogate = scalar >= 0xD800 && scalar < 0xE000;
-  return overlong || surrogate || scalar > 0x10FFFF ? replacement : scalar;
-}
 
 bool isLatinExtended(char32_t c) { return c >= 0xC0 && c <= 0x17F && c != 0xD7 && c != 0xF7; }
 
@@ -47,31 +15,30 @@ bool isUpperScalar(char32_t c) { return lowerScalar(c) != c; }
 
 }  // namespace
 
+// The macros of ICU convert from int to uint8_t inside.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wconversion"
+
 std::u32string decodeUtf8(std::string_view utf8) {
   std::u32string out;
   out.reserve(utf8.size());
-  for (std::size_t pos = 0; pos < utf8.size();) out.push_back(decodeOne(utf8, pos));
+  const auto size = static_cast<std::int32_t>(utf8.size());
+  for (std::int32_t at = 0; at < size;) {
+    UChar32 scalar = 0;
+    U8_NEXT_OR_FFFD(utf8.data(), at, size, scalar);
+    out.push_back(static_cast<char32_t>(scalar));
+  }
   return out;
 }
 
 void appendUtf8(std::string& out, char32_t scalar) {
-  const auto put = [&out](char32_t byte) { out.push_back(static_cast<char>(byte)); };
-  if (scalar < 0x80) {
-    put(scalar);
-  } else if (scalar < 0x800) {
-    put(0xC0U | (scalar >> 6U));
-    put(0x80U | (scalar & 0x3FU));
-  } else if (scalar < 0x10000) {
-    put(0xE0U | (scalar >> 12U));
-    put(0x80U | ((scalar >> 6U) & 0x3FU));
-    put(0x80U | (scalar & 0x3FU));
-  } else {
-    put(0xF0U | (scalar >> 18U));
-    put(0x80U | ((scalar >> 12U) & 0x3FU));
-    put(0x80U | ((scalar >> 6U) & 0x3FU));
-    put(0x80U | (scalar & 0x3FU));
-  }
+  std::array<char, U8_MAX_LENGTH> bytes{};
+  std::int32_t size = 0;
+  U8_APPEND_UNSAFE(bytes.data(), size, static_cast<UChar32>(scalar));
+  out.append(bytes.data(), static_cast<std::size_t>(size));
 }
+
+#pragma GCC diagnostic pop
 
 char32_t lowerScalar(char32_t c) {
   if (c >= U'A' && c <= U'Z') return c + 32;

@@ -8,9 +8,10 @@ namespace kivra::x11 {
 
 namespace {
 
+using namespace std::chrono_literals;
+
 /// Most answers come within this time, from the server.
 constexpr auto prompt = std::chrono::milliseconds(5);
-constexpr auto slice = std::chrono::milliseconds(1);
 
 constexpr const char* notHandedOver =
     "Буфер обмена оставлен как есть: программа, которой он принадлежит, не отвечает.";
@@ -26,11 +27,8 @@ Result X11Pasteboard::ask(std::function<Result(ClipboardSelection&)> question) {
       std::make_shared<std::packaged_task<Result(ClipboardSelection&)>>(std::move(question));
   auto answer = task->get_future();
   thread_.post([task](ClipboardSelection& selection) { (*task)(selection); });
-  auto wait = prompt;
-  while (answer.wait_for(wait) == std::future_status::timeout) {
-    runLoop_.runFor(slice);
-    wait = std::chrono::milliseconds(0);
-  }
+  answer.wait_for(prompt);
+  runLoop_.runUntil([&] { return answer.wait_for(0s) == std::future_status::ready; });
   return answer.get();
 }
 

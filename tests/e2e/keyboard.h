@@ -14,7 +14,7 @@ class Keyboard {
   virtual void key(std::uint8_t code, bool isDown) = 0;
 
   /// Waits until the server has taken in all keys so far: each keyboard is read on its own, in no
-  /// order with the others.
+  /// order with the others. Throws std::runtime_error when the device is switched off.
   virtual void waitUntilRead() {}
 };
 

@@ -92,7 +92,7 @@ TEST(Keyboards, SwitchedOffAndOnTypesEachKeyOnce) {
   desktop.window.textWhenQuiet(20ms);
   desktop.session.run({"xinput", "disable", first});
   EXPECT_TRUE(waitFor([&] { return !desktop.typist.isAnyKeyDown(); }, 2s));
-  desktop.typist.use(1);
+  desktop.typist.leaveFor(1);
   EXPECT_EQ(desktop.typed("ghbdtn "), "привет ");
   desktop.session.run({"xinput", "enable", first});
   EXPECT_TRUE(waitFor([&] { return desktop.session.isKeyboardHeld(); }));
@@ -164,20 +164,31 @@ TEST(Keyboards, LampsShowTheLocks) {
 }
 
 TEST(Keyboards, KeysThatSwitchTheLayoutDoNotBreakTheWord) {
+  constexpr std::uint8_t rightControl = 105;
+  constexpr std::uint8_t rightAlt = 108;
+  constexpr std::uint8_t leftSuper = 133;
+  constexpr std::uint8_t menu = 135;
+  const std::vector<std::pair<const char*, std::vector<std::uint8_t>>> switches = {
+      {"grp:caps_toggle", {keys::capsLock}},
+      {"grp:toggle", {rightAlt}},
+      {"grp:rctrl_toggle", {rightControl}},
+      {"grp:menu_toggle", {menu}},
+      {"grp:lwin_toggle", {leftSuper}},
+      {"grp:ctrl_shift_toggle", {keys::control, keys::shift}},
+      {"grp:win_space_toggle", {leftSuper, keys::space}},
+      {"grp:lctrl_lwin_rctrl_menu", {rightControl, menu}}};
   KeyboardDesktop desktop(keyboards(1));
-  const auto word = desktop.typed([&] {
-    desktop.typist.type("ghb");
-    desktop.typist.tap(keys::capsLock);
-    desktop.typist.tap(keys::capsLock);
-    desktop.typist.type("dtn ");
-  });
-  EXPECT_EQ(word, "привет ");
-  const auto byHand = desktop.typed([&] {
-    desktop.typist.type("abc");
-    desktop.typist.tap(keys::capsLock);
-    desktop.typist.tap(keys::pause);
-  });
-  EXPECT_EQ(byHand, "abc") << "switched there by the key and back by hand";
+  for (const auto& [option, chord] : switches) {
+    desktop.session.run({"setxkbmap", "-layout", "us,ru", "-option", "", "-option", option});
+    // There by the key and back by hand. The map may be on its way.
+    const auto byHand = [&, held = chord] {
+      desktop.typist.type("abc");
+      desktop.typist.chord(held);
+      desktop.typist.tap(keys::pause);
+    };
+    EXPECT_TRUE(waitFor([&] { return desktop.typed(byHand) == "abc"; })) << option;
+    EXPECT_EQ(desktop.typed("ghbdtn "), "привет ") << option;
+  }
 }
 
 TEST(Keyboards, OfXvncAreTheSame) {

@@ -63,6 +63,8 @@ void Typist::use(int keyboard, bool isReopened) {
   keyboard_ = &session_.server().keyboard(keyboard, isReopened);
 }
 
+void Typist::leaveFor(int keyboard) { keyboard_ = &session_.server().keyboard(keyboard); }
+
 void Typist::setHand(std::chrono::milliseconds key, bool isRolling) {
   if (key >= 30ms) {
     pace_ = {.key = key, .hold = 85ms, .isUneven = true};

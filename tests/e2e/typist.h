@@ -76,9 +76,11 @@ class Typist {
   void chord(std::string_view names);
   void click();
 
-  /// Types on another keyboard of the server from now on, or on the same one after it was switched
-  /// off and on again.
+  /// Types on another keyboard of the server from now on, when the keys so far have been taken in;
+  /// or on the same one after it was switched off and on again.
   void use(int keyboard, bool isReopened = false);
+  /// The same after the one in use was switched off.
+  void leaveFor(int keyboard);
 
   /// Adds a pointer and a keyboard beside the ones that every session has, and removes them again.
   void addMasterDevices(std::string name);

@@ -102,12 +102,32 @@ TEST_F(TextActionsTest, KeysAreHandledWhileThePasteboardIsAwaited) {
   desktop_.time.asyncAfter(200ms, press);
   translation().run("EN-US");
   desktop_.time.serve();
-  // The correction reads from 70 to 370 ms, inside the translation's first wait; the second
-  // follows.
-  EXPECT_EQ(desktop_.time.now(), 520ms);
+  // It waits twice for 150 ms. The correction reads when the translation has read.
+  EXPECT_EQ(desktop_.time.now(), 300ms);
   EXPECT_EQ(passed, (std::vector<bool>{true, true}));
   EXPECT_FALSE(translation().isRunning());
+  EXPECT_TRUE(correction().isRunning());
+  desktop_.time.runFor(305ms);
   EXPECT_FALSE(correction().isRunning());
+}
+
+// Neither the paste nor the giving back is a selection that the application has copied.
+TEST_F(TextActionsTest, APasteMeanwhileIsNotTakenForTheSelection) {
+  for (const auto moment : {900ms, 1050ms}) {
+    desktop_.pasteboard.copy("из буфера");
+    focus("слово", /*accessible=*/false);
+    reply(200, R"({"translations":[{"text":"word"}]})", 1s);
+    translation().run("EN-US");
+    desktop_.time.asyncAfter(moment, [&] {
+      desktop_.application.front().copies = false;
+      correction().run();
+    });
+    desktop_.time.runFor(3s);
+    EXPECT_EQ(fieldText(), "word");
+    EXPECT_EQ(desktop_.notifications.last.value_or(Notification{}).title, "Нет текста") << moment;
+    EXPECT_EQ(desktop_.pasteboard.stringForType(pasteboardTypeString), "из буфера");
+    desktop_.notifications.last.reset();
+  }
 }
 
 TEST_F(TextActionsTest, IsRunningUntilTheReplyAndNoLonger) {
