@@ -1,6 +1,6 @@
 #include <unistd.h>
 
-#include "platform/x11/guard/x11_guard_display.h"
+#include "session_display.h"
 
 namespace {
 
@@ -10,4 +10,4 @@ constexpr int channelFd = 3;
 }  // namespace
 
 // Nothing that a library does at the end of a process may keep the keyboard.
-int main() { ::_exit(kivra::guard::runGuard(kivra::x11::x11GuardDisplay(), channelFd)); }
+int main() { ::_exit(kivra::guard::runGuard(kivra::sessionDisplay(), channelFd)); }

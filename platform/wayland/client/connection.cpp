@@ -1,15 +1,29 @@
 #include "platform/wayland/client/connection.h"
 
+#include <poll.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstdlib>
 #include <stdexcept>
 
 #include "platform/wayland/client/calls.h"
 
 namespace kivra::wayland {
 
+namespace {
+
+/// Nothing where the session has no compositor: libwayland would look for one of another session's.
+wl_display* connect() {
+  const auto isNamed =
+      std::getenv("WAYLAND_DISPLAY") != nullptr || std::getenv("WAYLAND_SOCKET") != nullptr;
+  return isNamed ? wl_display_connect(nullptr) : nullptr;
+}
+
+}  // namespace
+
 Connection::Connection()
-    : display_(wl_display_connect(nullptr), wl_display_disconnect),
-      registry_(nullptr, wl_registry_destroy) {
+    : display_(connect(), wl_display_disconnect), registry_(nullptr, wl_registry_destroy) {
   if (!display_) throw std::runtime_error("нет композитора Wayland (WAYLAND_DISPLAY)");
   registry_.reset(wl_display_get_registry(display_.get()));
   static constexpr wl_registry_listener listener = {Calls<&Connection::addGlobal>{},
@@ -20,11 +34,18 @@ Connection::Connection()
 
 bool Connection::dispatch() {
   auto* const display = display_.get();
-  flush();
   while (wl_display_prepare_read(display) != 0) {
     if (wl_display_dispatch_pending(display) < 0) return false;
   }
   return wl_display_read_events(display) >= 0 && wl_display_dispatch_pending(display) >= 0;
+}
+
+void Connection::flush() {
+  constexpr int patience = 1000;  // ms
+  pollfd waited{.fd = fd(), .events = POLLOUT, .revents = 0};
+  while (wl_display_flush(display_.get()) < 0 && errno == EAGAIN) {
+    if (::poll(&waited, 1, patience) <= 0) return;
+  }
 }
 
 void Connection::addGlobal(std::uint32_t name, const char* interface, std::uint32_t version) {

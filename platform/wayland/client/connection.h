@@ -36,10 +36,12 @@ class Connection {
   /// Sends everything and waits until the compositor has done it; false when it is gone.
   bool roundtrip() { return wl_display_roundtrip(display_.get()) >= 0; }
 
-  /// Sends what it takes and tells the listeners what has come, without waiting; false when the
-  /// compositor is gone.
+  /// Tells the listeners what has come, without waiting; false when the compositor is gone.
   bool dispatch();
-  void flush() { wl_display_flush(display_.get()); }
+
+  /// Sends everything. Waits for a compositor that is slow to read, at most for a second: what does
+  /// not fit is lost, and the connection with it.
+  void flush();
 
  private:
   struct Global {

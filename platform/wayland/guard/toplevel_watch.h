@@ -1,0 +1,44 @@
+#pragma once
+
+#include <list>
+#include <utility>
+
+#include "platform/wayland/client/connection.h"
+#include "wlr-foreign-toplevel-management-unstable-v1-client-protocol.h"
+
+namespace kivra::wayland {
+
+/// Which window is active. None is while the session is locked, and while what is no window of a
+/// program's has the focus.
+class ToplevelWatch {
+ public:
+  /// Throws std::runtime_error when the compositor does not tell.
+  explicit ToplevelWatch(Connection& connection);
+
+  bool isAnyActive() const { return active_ != nullptr; }
+  /// Whether another window has become active since this was asked.
+  bool takeMove() { return std::exchange(hasMoved_, false); }
+
+ private:
+  struct Toplevel {
+    ToplevelWatch* watch = nullptr;
+    Owned<zwlr_foreign_toplevel_handle_v1> handle;
+    bool isActive = false;
+
+    void readState(wl_array* states);
+    void done() { watch->update(); }
+    void closed() { watch->remove(this); }
+  };
+
+  void add(zwlr_foreign_toplevel_handle_v1* handle);
+  void remove(const Toplevel* toplevel);
+  void finish();
+  void update();
+
+  Owned<zwlr_foreign_toplevel_manager_v1> manager_;
+  std::list<Toplevel> toplevels_;
+  const Toplevel* active_ = nullptr;
+  bool hasMoved_ = false;
+};
+
+}  // namespace kivra::wayland

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "platform/wayland/client/connection.h"
+#include "platform/wayland/guard/key_outlet.h"
+#include "virtual-keyboard-unstable-v1-client-protocol.h"
+
+namespace kivra::wayland {
+
+/// A keyboard of the seat that programs type on.
+class VirtualKeyboard : public KeyOutlet {
+ public:
+  /// Throws std::runtime_error when the compositor has none.
+  VirtualKeyboard(Connection& connection, wl_seat* seat);
+
+  void key(std::uint16_t evdev, bool isDown) override;
+  void modifiers(const Modifiers& modifiers) override;
+  /// With the first map the compositor gets the keyboard: without other keyboards it would take it
+  /// for one of the hands'.
+  void setMap(const std::string& text) override;
+
+ private:
+  void makeRoom();
+
+  Connection& connection_;
+  wl_seat* seat_;
+  Owned<zwp_virtual_keyboard_manager_v1> manager_;
+  Owned<zwp_virtual_keyboard_v1> keyboard_;
+  int unsent_ = 0;  // requests, at most
+};
+
+}  // namespace kivra::wayland

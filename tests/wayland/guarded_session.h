@@ -1,0 +1,46 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "hand.h"
+#include "scripted_program.h"
+#include "sway_server.h"
+#include "text_window.h"
+
+namespace kivra::e2e {
+
+/// A compositor that is this process's as well from here on.
+struct EnteredSway : SwayServer {
+  explicit EnteredSway(const Options& options) : SwayServer(options) { enter(); }
+};
+
+/// A compositor with a hand at its keyboard, a window that has the focus, and a program whose guard
+/// is the keyboard.
+struct GuardedSession {
+  explicit GuardedSession(const SwayServer::Options& options = {},
+                          std::optional<TextWindow::Content> content = std::nullopt)
+      : sway(options), hand(mapOf("us,ru", options.xkbOptions)), window(content) {}
+
+  /// Starts the program, which lets go of everything when it is started anew.
+  ScriptedProgram& start() {
+    program.reset();
+    program = std::make_unique<ScriptedProgram>(sway.environment(), sway.path("guard.log"));
+    return *program;
+  }
+
+  EnteredSway sway;
+  Hand hand;
+  TextWindow window;
+  std::unique_ptr<ScriptedProgram> program;
+};
+
+/// What the keys of the characters type in this group of "us,ru".
+std::string typedIn(std::uint32_t group, std::string_view characters);
+
+/// So many words that are each typed in the wrong layout.
+std::string misplacedWords(int count);
+
+}  // namespace kivra::e2e

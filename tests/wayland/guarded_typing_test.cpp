@@ -1,0 +1,52 @@
+// Keys come out in their order at every pace, with a correction in each word.
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <vector>
+
+#include "guarded_session.h"
+#include "wrong_words.h"
+
+namespace kivra::e2e {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr int wordCount = 100;
+
+class GuardedTyping : public testing::TestWithParam<std::chrono::milliseconds> {};
+
+/// From 30 ms a key on hands hold keys for 50 to 120 ms, below that for half again the pace if they
+/// roll, and for half the pace if not.
+Pace paceOf(std::chrono::milliseconds key, bool isRolling) {
+  if (key >= 30ms) return {.key = key, .hold = 50ms, .spread = 80ms};
+  return {.key = key, .hold = std::chrono::microseconds(key) * (isRolling ? 3 : 1) / 2};
+}
+
+INSTANTIATE_TEST_SUITE_P(Hands, GuardedTyping, testing::Values(0ms, 2ms, 5ms, 10ms, 30ms),
+                         [](const auto& pace) {
+                           return "at_" + std::to_string(pace.param.count()) + "ms";
+                         });
+
+TEST_P(GuardedTyping, KeepsTheOrderAndCorrectsEachWord) {
+  GuardedSession session;
+  session.start();
+  const auto text = misplacedWords(wordCount);
+  const auto expected = typedIn(1, text);
+  // The slow hands roll as real ones do, now and then.
+  const auto hands = GetParam() >= 30ms ? std::vector{false} : std::vector{false, true};
+  for (const bool isRolling : hands) {
+    session.window.clear();
+    session.hand.type(text, paceOf(GetParam(), isRolling));
+    const auto result = session.window.textAfter(expected);
+    const auto count = compareWords(result, expected);
+    EXPECT_EQ(count.wrong, 0) << "rolling: " << isRolling << ": " << count.firstDifference;
+    // In a burst words may stay uncorrected, but none may lose, double or swap a letter.
+    EXPECT_TRUE(GetParam() == 0ms || count.right == wordCount) << count.firstDifference;
+    std::cout << "[ FIGURES  ] " << count.right << " of " << wordCount << " words corrected\n";
+  }
+}
+
+}  // namespace
+}  // namespace kivra::e2e

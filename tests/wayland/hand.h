@@ -1,0 +1,54 @@
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/wayland/guard/virtual_keyboard.h"
+
+namespace kivra::e2e {
+
+/// The map of a keyboard with these layouts.
+wayland::CompiledMap mapOf(const std::string& layouts, const std::string& options = "");
+
+/// The evdev code of the key that gives the character in the English layout, without Shift.
+std::uint16_t keyOfCharacter(char character);
+
+/// How keys follow each other.
+struct Pace {
+  std::chrono::microseconds key{10000};  ///< from one press to the next
+  /// How long each key is held, unless it is pressed again meanwhile; longer than `key` for hands
+  /// that roll.
+  std::chrono::microseconds hold{1000};
+  std::chrono::microseconds spread{0};  ///< `hold` is up to so much longer, as with real hands
+};
+
+/// A person at a keyboard of the compositor's of this process's environment. The keyboard keeps its
+/// own modifiers, locks and layout, as a real one does.
+class Hand {
+ public:
+  explicit Hand(const wayland::CompiledMap& map = mapOf("us,ru"));
+
+  void press(std::uint16_t evdev) { key(evdev, true); }
+  void release(std::uint16_t evdev) { key(evdev, false); }
+  void tap(std::uint16_t evdev);
+  /// The keys of the characters; each is let go of before it is pressed again.
+  void type(std::string_view text, const Pace& pace);
+  /// Quickly, key by key.
+  void type(std::string_view text) { type(text, Pace()); }
+
+  /// A desktop's own switcher selects another layout for this keyboard.
+  void selectGroup(std::uint32_t group);
+
+ private:
+  void key(std::uint16_t evdev, bool isDown);
+
+  wayland::Connection connection_;
+  wayland::Owned<wl_seat> seat_;
+  wayland::VirtualKeyboard keyboard_;
+  wayland::ModifierState state_;
+};
+
+}  // namespace kivra::e2e
