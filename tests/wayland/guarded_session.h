@@ -9,6 +9,7 @@
 #include "scripted_program.h"
 #include "sway_server.h"
 #include "text_window.h"
+#include "x_session.h"
 
 namespace kivra::e2e {
 
@@ -24,8 +25,14 @@ struct GuardedSession {
                           std::optional<TextWindow::Content> content = std::nullopt)
       : sway(options), hand(mapOf("us,ru", options.xkbOptions)), window(content) {}
 
-  /// Starts the program, which lets go of everything when it is started anew.
+  /// Starts the program, anew if it runs, and waits until it hears of keys.
   ScriptedProgram& start() {
+    startUnheard();
+    waitFor([this] { return program->count(guard::ReportKind::wordBroken) > 0; });
+    return *program;
+  }
+  /// For one that is told of nothing.
+  ScriptedProgram& startUnheard() {
     program.reset();
     program = std::make_unique<ScriptedProgram>(sway.environment(), sway.path("guard.log"));
     return *program;

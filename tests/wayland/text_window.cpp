@@ -7,6 +7,8 @@
 #include <xkbcommon/xkbcommon.h>
 
 #include <array>
+#include <set>
+#include <span>
 #include <stdexcept>
 
 #include "platform/wayland/client/calls.h"
@@ -48,8 +50,8 @@ class TextWindow::Client {
   struct Shown {
     std::string text;
     std::vector<Key> keys;
+    std::set<std::uint16_t> down;
     bool hasFocus = false;
-    int mapCount = 0;
   };
   Shown shown() const {
     const std::lock_guard lock(mutex_);
@@ -187,27 +189,33 @@ void TextWindow::Client::takeCapabilities(std::uint32_t capabilities) {
 void TextWindow::Client::takeMap(std::uint32_t /*format*/, std::int32_t fd, std::uint32_t size) {
   map_ = wayland::compiledMap(wayland::takeMapText(fd, size));
   state_.reset(xkb_state_new(map_.get()));
-  const std::lock_guard lock(mutex_);
-  ++shown_.mapCount;
 }
 
-void TextWindow::Client::enter(std::uint32_t /*serial*/, wl_surface* /*surface*/,
-                               wl_array* /*keys*/) {
+void TextWindow::Client::enter(std::uint32_t /*serial*/, wl_surface* /*surface*/, wl_array* keys) {
+  const std::span codes(static_cast<const std::uint32_t*>(keys->data),
+                        keys->size / sizeof(std::uint32_t));
   const std::lock_guard lock(mutex_);
   shown_.hasFocus = true;
+  for (const auto code : codes) shown_.down.insert(static_cast<std::uint16_t>(code));
 }
 
 void TextWindow::Client::leave(std::uint32_t /*serial*/, wl_surface* /*surface*/) {
   const std::lock_guard lock(mutex_);
   shown_.hasFocus = false;
+  shown_.down.clear();
 }
 
 void TextWindow::Client::takeKey(std::uint32_t /*serial*/, std::uint32_t /*time*/,
                                  std::uint32_t key, std::uint32_t state) {
+  const auto evdev = static_cast<std::uint16_t>(key);
   const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
   const std::lock_guard lock(mutex_);
-  shown_.keys.push_back({static_cast<std::uint16_t>(key), isDown});
-  if (!isDown) return;
+  shown_.keys.push_back({evdev, isDown});
+  if (!isDown) {
+    shown_.down.erase(evdev);
+    return;
+  }
+  shown_.down.insert(evdev);
   if (xkb_state_key_get_one_sym(state_.get(), xkbCode(key)) == XKB_KEY_BackSpace) {
     removeLastScalar(shown_.text);
     return;
@@ -252,7 +260,7 @@ std::string TextWindow::textAfter(const std::string& expected) const {
 std::string TextWindow::text() const { return client_->shown().text; }
 std::vector<TextWindow::Key> TextWindow::keys() const { return client_->shown().keys; }
 bool TextWindow::hasFocus() const { return client_->shown().hasFocus; }
-int TextWindow::mapCount() const { return client_->shown().mapCount; }
+bool TextWindow::isAnyKeyDown() const { return !client_->shown().down.empty(); }
 void TextWindow::clear() { client_->clear(); }
 
 }  // namespace kivra::e2e

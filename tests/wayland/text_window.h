@@ -39,8 +39,7 @@ class TextWindow {
   std::string text() const;
   std::vector<Key> keys() const;
   bool hasFocus() const;
-  /// How often the window was given a key map.
-  int mapCount() const;
+  bool isAnyKeyDown() const;
   void clear();
 
  private:

@@ -37,7 +37,11 @@ SendResult sendFrame(int fd, FrameKind kind, std::span<const std::byte> record,
 
 Received receiveFrame(int fd) {
   std::array<std::byte, sizeof(FrameHeader) + largestPayload> packet;
-  const auto size = ::recv(fd, packet.data(), packet.size(), MSG_DONTWAIT);
+  auto size = ::recv(fd, packet.data(), packet.size(), MSG_DONTWAIT);
+  // Said once by an end that is gone and had not read everything, before what it had sent itself.
+  if (size < 0 && errno == ECONNRESET) {
+    size = ::recv(fd, packet.data(), packet.size(), MSG_DONTWAIT);
+  }
   if (size == 0) return {.frame = {}, .isClosed = true};
   if (size < 0) {
     const auto isIdle = errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR;

@@ -109,22 +109,39 @@ void WlrootsSeat::takeMap(std::uint32_t /*format*/, std::int32_t fd, std::uint32
 
 void WlrootsSeat::takeKey(std::uint32_t /*serial*/, std::uint32_t time, std::uint32_t key,
                           std::uint32_t state) {
+  const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
+  if (key < guard::keyCount) {
+    handKey({.evdev = static_cast<std::uint16_t>(key), .isDown = isDown, .timeMs = time});
+  }
+}
+
+void WlrootsSeat::handKey(const guard::SeatKey& key) {
   if (!hands_ || listener_ == nullptr) return;
   tellFocus();
-  const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
-  const auto evdev = static_cast<std::uint16_t>(key);
-  hands_->key(evdev, isDown);
-  listener_->key({.evdev = evdev, .isDown = isDown, .isRepeat = false, .timeMs = time});
+  hands_->key(key.evdev, key.isDown);
+  held_.set(key.evdev, key.isDown);
+  listener_->key(key);
 }
 
 void WlrootsSeat::takeModifiers(std::uint32_t /*serial*/, std::uint32_t depressed,
                                 std::uint32_t latched, std::uint32_t locked, std::uint32_t group) {
   if (!hands_) return;
+  releaseLost(hands_->modifiers().depressed & ~depressed);
   const auto explained = hands_->modifiers();
   const Modifiers told = {depressed, latched, locked, group};
   if (told == explained) return;
   hands_->set(told);
   stream_.follow(explained, told);
+}
+
+// A compositor that does something at the release of a modifier may keep it to itself.
+void WlrootsSeat::releaseLost(std::uint32_t modifiers) {
+  for (std::uint16_t key = 0; modifiers != 0 && key < KeyMap::keyLimit; ++key) {
+    if (!held_.test(key) || keyMap().flag(key) == 0) continue;
+    ModifierState alone(stream_.map());
+    alone.key(key, true);
+    if ((alone.modifiers().depressed & modifiers) != 0) handKey({.evdev = key, .isDown = false});
+  }
 }
 
 void WlrootsSeat::takeRepeatInfo(std::int32_t rate, std::int32_t delay) {

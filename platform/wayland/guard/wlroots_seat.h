@@ -59,6 +59,8 @@ class WlrootsSeat : public guard::Seat {
   void takeModifiers(std::uint32_t serial, std::uint32_t depressed, std::uint32_t latched,
                      std::uint32_t locked, std::uint32_t group);
   void takeRepeatInfo(std::int32_t rate, std::int32_t delay);
+  void handKey(const guard::SeatKey& key);
+  void releaseLost(std::uint32_t modifiers);
   void tellFocus();
 
   Connection connection_;
@@ -67,6 +69,7 @@ class WlrootsSeat : public guard::Seat {
   VirtualKeyboard keyboard_;
   KeyStream stream_{keyboard_};
   std::optional<ModifierState> hands_;  // at the keyboard that the keys come from
+  guard::KeySet held_;                  // there
   Owned<zwp_input_method_v2> method_;
   Owned<zwp_input_method_keyboard_grab_v2> grab_;
   Announced announced_;

@@ -122,5 +122,17 @@ TEST_F(GuardFramesTest, ReportsWaitInOrderForAProgramThatIsSlow) {
   EXPECT_FALSE(channel.hasBacklog());
 }
 
+TEST(GuardFrames, WhatAnEndSaidBeforeItWentIsReadThoughItHadNotReadAll) {
+  const auto ends = socketPair();
+  sendRecord(ends[0], FrameKind::hello, Hello{});
+  sendRecord(ends[1], FrameKind::report, Report{.kind = ReportKind::unavailable});
+  ::close(ends[1]);
+  const auto received = receiveFrame(ends[0]);
+  ASSERT_TRUE(received.frame);
+  EXPECT_EQ(received.frame->head<Report>()->kind, ReportKind::unavailable);
+  EXPECT_TRUE(receiveFrame(ends[0]).isClosed);
+  ::close(ends[0]);
+}
+
 }  // namespace
 }  // namespace kivra::guard
