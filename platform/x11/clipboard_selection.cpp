@@ -5,8 +5,7 @@
 
 #include <utility>
 
-#include "platform/x11/selection_contents.h"
-#include "platform/x11/selection_snapshot.h"
+#include "platform/selection/selection_contents.h"
 
 namespace kivra::x11 {
 
@@ -23,9 +22,9 @@ constexpr const char* handOverProperty = "KIVRA_SAVE_TARGETS";
 
 }  // namespace
 
-ClipboardSelection::ClipboardSelection(const std::string& display,
-                                       const SelectionReader::Waits& waits)
-    : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)),
+ClipboardSelection::ClipboardSelection(const std::string& display, const SelectionWaits& waits)
+    : Selection(waits),
+      connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)),
       atoms_(connection_.get()),
       offer_(connection_.get(), atoms_) {
   if (!isConnected()) return;
@@ -36,13 +35,13 @@ ClipboardSelection::ClipboardSelection(const std::string& display,
                     XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK, &mask);
   clipboard_ = atoms_.atom("CLIPBOARD");
   reader_.emplace(
-      connection_.get(), atoms_, window_, clipboard_, waits,
+      connection_.get(), atoms_, window_, clipboard_, waits.idle,
       [this](const auto& isAnswered, auto until) { return awaitAnswer(isAnswered, until); });
   watchOwner();
 }
 
 ClipboardSelection::~ClipboardSelection() {
-  if (isConnected() && !offer_.contents().empty() && isOwner()) handOver();
+  if (isConnected() && !offer_.contents().empty() && owner() == Owner::us) handOver();
 }
 
 bool ClipboardSelection::isConnected() const {
@@ -78,7 +77,7 @@ void ClipboardSelection::handle(const xcb_generic_event_t& event) {
   const auto type = static_cast<std::uint8_t>(event.response_type & ~sentByClient);
   const auto* const any = static_cast<const void*>(&event);
   if (ownerChanged_ != 0 && type == ownerChanged_) {
-    ++changeCount_;
+    noteNewOwner();
   } else if (type == XCB_SELECTION_REQUEST) {
     const auto& request = *static_cast<const xcb_selection_request_event_t*>(any);
     if (request.selection == clipboard_) offer_.answer(request);
@@ -118,79 +117,21 @@ bool ClipboardSelection::handleEventsUntil(const std::function<bool()>& conditio
   }
 }
 
-std::int64_t ClipboardSelection::changeCount() {
+void ClipboardSelection::catchUp() {
   // The answer comes behind the notices of what happened before the question.
   ownerOf(clipboard_);
   handleEvents();
-  return changeCount_;
 }
 
-// An owner that is gone, or has given way to another, answers no more.
+Selection::Owner ClipboardSelection::owner() {
+  const auto window = ownerOf(clipboard_);
+  return window == nobody ? Owner::nobody : window == window_ ? Owner::us : Owner::another;
+}
+
 bool ClipboardSelection::awaitAnswer(const std::function<bool()>& isAnswered,
                                      SelectionReader::Moment until) {
-  handleEventsUntil([&] { return isAnswered() || changeCount_ != askedAt_; }, until);
+  handleEventsUntil([&] { return isAnswered() || isAskedInVain(); }, until);
   return isAnswered();
-}
-
-std::optional<ClipboardSelection::Contents> ClipboardSelection::contents() {
-  if (!isConnected()) return Contents{};
-  const auto until = Clock::now() + reader_->waits().whole;
-  for (;;) {
-    askedAt_ = changeCount();
-    const auto owner = ownerOf(clipboard_);
-    if (owner == nobody) return Contents{.items = {}, .changeCount = askedAt_};
-    auto read = owner == window_ ? SelectionSnapshot{ownItem()} : readSelection(*reader_, until);
-    const auto isSameOwner = changeCount() == askedAt_;
-    if (!isConnected()) return Contents{};
-    // Of what died with its owner there is nothing but what was read before.
-    const auto isDead = !isSameOwner && ownerOf(clipboard_) == nobody;
-    if ((isSameOwner && read.isWhole) || isDead) {
-      Contents contents{.items = {}, .changeCount = askedAt_};
-      if (!read.item.empty()) contents.items.push_back(std::move(read.item));
-      return contents;
-    }
-    if (isSameOwner || Clock::now() >= until) return std::nullopt;
-  }
-}
-
-PasteboardItem ClipboardSelection::ownItem() const {
-  PasteboardItem item;
-  for (const auto& [target, data] : offer_.contents()) {
-    if (isData(target)) item[typeOfTarget(target)] = *data;
-  }
-  return item;
-}
-
-std::optional<std::string> ClipboardSelection::text(const std::string& type) {
-  if (!isConnected()) return std::nullopt;
-  const auto until = Clock::now() + reader_->waits().whole;
-  for (;;) {
-    askedAt_ = changeCount();
-    auto read = textOfOwner(type, until);
-    // Some programs, and clipboard managers behind them, take the selection twice at a time.
-    if (read || changeCount() == askedAt_ || Clock::now() >= until) return read;
-  }
-}
-
-std::optional<std::string> ClipboardSelection::textOfOwner(const std::string& type,
-                                                           SelectionReader::Moment until) {
-  std::vector<std::string> names = {targetOfType(type)};
-  if (type == pasteboardTypeString) {
-    names.insert(names.end(), {target_names::mimeUtf8, target_names::latin1});
-  }
-  const auto isOurs = isOwner();
-  for (const auto& name : names) {
-    std::optional<std::string> bytes;
-    if (!isOurs) {
-      auto given = reader_->convert(name, until);
-      if (!given) return std::nullopt;
-      if (isBytes(*given)) bytes = std::move(given->bytes);
-    } else if (const auto found = offer_.contents().find(name); found != offer_.contents().end()) {
-      bytes = *found->second;
-    }
-    if (bytes) return name == target_names::latin1 ? utf8OfLatin1(*bytes) : std::move(*bytes);
-  }
-  return std::nullopt;
 }
 
 void ClipboardSelection::own(const std::vector<PasteboardItem>& items) {

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "platform/selection/selection_contents.h"
 #include "platform/x11/atoms.h"
-#include "platform/x11/selection_contents.h"
 
 namespace kivra::x11 {
 

@@ -18,7 +18,7 @@ using Way = SelectionOwner::Way;
 
 class X11PasteboardTest : public testing::Test {
  protected:
-  std::unique_ptr<X11Pasteboard> pasteboard(const SelectionReader::Waits& waits = {}) {
+  std::unique_ptr<X11Pasteboard> pasteboard(const SelectionWaits& waits = {}) {
     return std::make_unique<X11Pasteboard>(
         runLoop_, X11Pasteboard::Options{.display = session_.display(), .waits = waits});
   }

@@ -2,21 +2,23 @@
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <mutex>
-#include <string>
 #include <thread>
 
-#include "platform/x11/clipboard_selection.h"
+#include "platform/selection/selection.h"
 
-namespace kivra::x11 {
+namespace kivra {
 
-/// The thread that the clipboard selection lives on: other programs are served whatever the main
-/// thread is waiting for, the program's own windows among them.
+/// The thread that the clipboard lives on: other programs are served whatever the main thread is
+/// waiting for, the program's own windows among them.
 class SelectionThread {
  public:
-  using Job = std::function<void(ClipboardSelection&)>;
+  using Make = std::function<std::unique_ptr<Selection>()>;
+  using Job = std::function<void(Selection&)>;
 
-  SelectionThread(std::string display, const SelectionReader::Waits& waits);
+  /// `make` is called there.
+  explicit SelectionThread(Make make);
   /// Ends the thread after the jobs that it has.
   ~SelectionThread();
   SelectionThread(const SelectionThread&) = delete;
@@ -26,7 +28,7 @@ class SelectionThread {
   void post(Job job);
 
  private:
-  void run(const std::string& display, const SelectionReader::Waits& waits);
+  void run(const Make& make);
   std::deque<Job> takeJobs();
   void wake() const;
 
@@ -37,4 +39,4 @@ class SelectionThread {
   std::thread thread_;
 };
 
-}  // namespace kivra::x11
+}  // namespace kivra

@@ -8,9 +8,10 @@
 
 #include "platform/pasteboard.h"
 
-namespace kivra::x11 {
+namespace kivra {
 
-/// What a selection holds: bytes by target name ("UTF8_STRING", "image/png").
+/// What a selection holds: bytes by target name ("UTF8_STRING", "image/png"). Wayland's MIME types
+/// are such names; those of X come along with what its programs offer.
 using SelectionContents = std::map<std::string, std::shared_ptr<const std::string>>;
 
 namespace target_names {
@@ -39,4 +40,4 @@ void sortByWorth(std::vector<std::string>& targets);
 
 std::string utf8OfLatin1(std::string_view text);
 
-}  // namespace kivra::x11
+}  // namespace kivra

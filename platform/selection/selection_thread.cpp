@@ -1,17 +1,19 @@
-#include "platform/x11/selection_thread.h"
+#include "platform/selection/selection_thread.h"
 
 #include <poll.h>
+#include <pthread.h>
+#include <signal.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
 #include <array>
 #include <utility>
 
-namespace kivra::x11 {
+namespace kivra {
 
-SelectionThread::SelectionThread(std::string display, const SelectionReader::Waits& waits)
+SelectionThread::SelectionThread(Make make)
     : wakeFd_(::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)),
-      thread_([this, name = std::move(display), waits] { run(name, waits); }) {}
+      thread_([this, called = std::move(make)] { run(called); }) {}
 
 SelectionThread::~SelectionThread() {
   {
@@ -43,18 +45,23 @@ std::deque<SelectionThread::Job> SelectionThread::takeJobs() {
   return std::exchange(jobs_, {});
 }
 
-void SelectionThread::run(const std::string& display, const SelectionReader::Waits& waits) {
-  ClipboardSelection selection(display, waits);
+void SelectionThread::run(const Make& make) {
+  // Writing to a program that has gone is an error to be answered, not an end.
+  sigset_t pipe;
+  sigemptyset(&pipe);
+  sigaddset(&pipe, SIGPIPE);
+  ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
+  const auto selection = make();
   for (;;) {
     std::array<pollfd, 2> descriptors{{{.fd = wakeFd_, .events = POLLIN, .revents = 0},
-                                       {.fd = selection.fd(), .events = POLLIN, .revents = 0}}};
+                                       {.fd = selection->fd(), .events = POLLIN, .revents = 0}}};
     ::poll(descriptors.data(), descriptors.size(), -1);
     const auto jobs = takeJobs();
-    for (const auto& job : jobs) job(selection);
-    selection.handleEvents();
+    for (const auto& job : jobs) job(*selection);
+    selection->handleEvents();
     const std::lock_guard lock(mutex_);
     if (isEnding_ && jobs_.empty()) return;
   }
 }
 
-}  // namespace kivra::x11
+}  // namespace kivra

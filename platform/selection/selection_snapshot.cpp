@@ -1,17 +1,17 @@
-#include "platform/x11/selection_snapshot.h"
+#include "platform/selection/selection_snapshot.h"
 
 #include <algorithm>
-#include <chrono>
 #include <optional>
 #include <utility>
 
-#include "platform/x11/selection_contents.h"
+#include "platform/selection/selection_contents.h"
 
-namespace kivra::x11 {
+namespace kivra {
 
 using Clock = std::chrono::steady_clock;
 
-SelectionSnapshot readSelection(SelectionReader& reader, SelectionReader::Moment until) {
+SelectionSnapshot readSelection(SelectionReader& reader, std::chrono::milliseconds alternatives,
+                                SelectionReader::Moment until) {
   SelectionSnapshot snapshot;
   auto targets = reader.targets(until);
   snapshot.isWhole = targets.has_value();
@@ -22,11 +22,11 @@ SelectionSnapshot readSelection(SelectionReader& reader, SelectionReader::Moment
     if (!isData(target) || snapshot.item.contains(typeOfTarget(target))) continue;
     const auto isAlternative = alternativesUntil && isPicture(target);
     if (isAlternative && Clock::now() >= *alternativesUntil) continue;
-    auto given = reader.convert(target, isAlternative ? *alternativesUntil : until);
-    if (given && isBytes(*given)) {
-      snapshot.item[typeOfTarget(target)] = std::move(given->bytes);
+    auto given = reader.read(target, isAlternative ? *alternativesUntil : until);
+    if (given && given->bytes) {
+      snapshot.item[typeOfTarget(target)] = std::move(*given->bytes);
       if (isPicture(target) && !alternativesUntil) {
-        alternativesUntil = std::min(until, Clock::now() + reader.waits().alternatives);
+        alternativesUntil = std::min(until, Clock::now() + alternatives);
       }
     } else if (!given && !isAlternative) {
       snapshot.isWhole = false;
@@ -36,6 +36,4 @@ SelectionSnapshot readSelection(SelectionReader& reader, SelectionReader::Moment
   return snapshot;
 }
 
-bool isBytes(const SelectionReader::Converted& given) { return given.format == 8; }
-
-}  // namespace kivra::x11
+}  // namespace kivra

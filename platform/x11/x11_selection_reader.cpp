@@ -1,4 +1,4 @@
-#include "platform/x11/selection_reader.h"
+#include "platform/x11/x11_selection_reader.h"
 
 #include <algorithm>
 #include <cstring>
@@ -11,25 +11,26 @@ namespace kivra::x11 {
 namespace {
 
 constexpr unsigned propertyCount = 32;
-constexpr std::size_t mostBytes = 256U << 20U;
+constexpr std::uint8_t bytesFormat = 8;
+constexpr std::uint8_t wordsFormat = 32;
 
 }  // namespace
 
-SelectionReader::SelectionReader(xcb_connection_t* connection, Atoms& atoms, xcb_window_t window,
-                                 xcb_atom_t selection, const Waits& waits,
-                                 HandleEvents handleEvents)
+X11SelectionReader::X11SelectionReader(xcb_connection_t* connection, Atoms& atoms,
+                                       xcb_window_t window, xcb_atom_t selection,
+                                       std::chrono::milliseconds idle, HandleEvents handleEvents)
     : connection_(connection),
       atoms_(atoms),
       window_(window),
       selection_(selection),
-      waits_(waits),
+      idle_(idle),
       handleEvents_(std::move(handleEvents)) {}
 
-std::optional<std::vector<std::string>> SelectionReader::targets(Moment until) {
+std::optional<std::vector<std::string>> X11SelectionReader::targets(Moment until) {
   const auto converted = convert("TARGETS", until);
   if (!converted) return std::nullopt;
   std::vector<std::string> names;
-  if (converted->format != 32) return names;
+  if (converted->format != wordsFormat) return names;
   std::vector<xcb_atom_t> atoms(converted->bytes.size() / sizeof(xcb_atom_t));
   std::memcpy(atoms.data(), converted->bytes.data(), atoms.size() * sizeof(xcb_atom_t));
   names.reserve(atoms.size());
@@ -37,8 +38,16 @@ std::optional<std::vector<std::string>> SelectionReader::targets(Moment until) {
   return names;
 }
 
-std::optional<SelectionReader::Converted> SelectionReader::convert(const std::string& target,
-                                                                   Moment until) {
+std::optional<SelectionReader::Given> X11SelectionReader::read(const std::string& target,
+                                                               Moment until) {
+  auto converted = convert(target, until);
+  if (!converted) return std::nullopt;
+  if (converted->format != bytesFormat) return Given{};
+  return Given{std::move(converted->bytes)};
+}
+
+std::optional<X11SelectionReader::Converted> X11SelectionReader::convert(const std::string& target,
+                                                                         Moment until) {
   // A property of its own for each request: an answer that comes too late must not be taken for the
   // next one's.
   const auto number = std::to_string(requestCount_++ % propertyCount);
@@ -57,12 +66,12 @@ std::optional<SelectionReader::Converted> SelectionReader::convert(const std::st
   return converted;
 }
 
-bool SelectionReader::waitFor(const bool& sign, Moment until) {
-  const auto deadline = std::min(until, std::chrono::steady_clock::now() + waits_.idle);
+bool X11SelectionReader::waitFor(const bool& sign, Moment until) {
+  const auto deadline = std::min(until, std::chrono::steady_clock::now() + idle_);
   return handleEvents_([&sign] { return sign; }, deadline);
 }
 
-std::optional<SelectionReader::Converted> SelectionReader::takeProperty() {
+std::optional<X11SelectionReader::Converted> X11SelectionReader::takeProperty() {
   constexpr auto words = static_cast<std::uint32_t>(mostBytes / 4);
   const XcbPointer<xcb_get_property_reply_t> reply(
       xcb_get_property_reply(connection_,
@@ -76,7 +85,7 @@ std::optional<SelectionReader::Converted> SelectionReader::takeProperty() {
                   static_cast<std::size_t>(xcb_get_property_value_length(reply.get())))};
 }
 
-std::optional<SelectionReader::Converted> SelectionReader::takePieces(Moment until) {
+std::optional<X11SelectionReader::Converted> X11SelectionReader::takePieces(Moment until) {
   Converted whole;
   while (waitFor(request_.hasPiece, until)) {
     request_.hasPiece = false;
@@ -91,7 +100,7 @@ std::optional<SelectionReader::Converted> SelectionReader::takePieces(Moment unt
   return std::nullopt;
 }
 
-void SelectionReader::notified(const xcb_selection_notify_event_t& event) {
+void X11SelectionReader::notified(const xcb_selection_notify_event_t& event) {
   const auto isExpected = event.selection == selection_ && event.target == request_.target &&
                           (event.property == request_.property || event.property == XCB_ATOM_NONE);
   if (isExpected) {
@@ -102,7 +111,7 @@ void SelectionReader::notified(const xcb_selection_notify_event_t& event) {
   }
 }
 
-void SelectionReader::propertyChanged(xcb_atom_t property) {
+void X11SelectionReader::propertyChanged(xcb_atom_t property) {
   if (property == request_.property) request_.hasPiece = true;
 }
 

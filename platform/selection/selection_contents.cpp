@@ -1,9 +1,9 @@
-#include "platform/x11/selection_contents.h"
+#include "platform/selection/selection_contents.h"
 
 #include <algorithm>
 #include <array>
 
-namespace kivra::x11 {
+namespace kivra {
 
 namespace {
 
@@ -100,4 +100,4 @@ std::string utf8OfLatin1(std::string_view text) {
   return result;
 }
 
-}  // namespace kivra::x11
+}  // namespace kivra
