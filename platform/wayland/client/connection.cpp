@@ -14,7 +14,8 @@ namespace kivra::wayland {
 namespace {
 
 /// Nothing where the session has no compositor: libwayland would look for one of another session's.
-wl_display* connect() {
+wl_display* connect(const std::string& name) {
+  if (!name.empty()) return wl_display_connect(name.c_str());
   const auto isNamed =
       std::getenv("WAYLAND_DISPLAY") != nullptr || std::getenv("WAYLAND_SOCKET") != nullptr;
   return isNamed ? wl_display_connect(nullptr) : nullptr;
@@ -22,8 +23,8 @@ wl_display* connect() {
 
 }  // namespace
 
-Connection::Connection()
-    : display_(connect(), wl_display_disconnect), registry_(nullptr, wl_registry_destroy) {
+Connection::Connection(const std::string& name)
+    : display_(connect(name), wl_display_disconnect), registry_(nullptr, wl_registry_destroy) {
   if (!display_) throw std::runtime_error("нет композитора Wayland (WAYLAND_DISPLAY)");
   registry_.reset(wl_display_get_registry(display_.get()));
   static constexpr wl_registry_listener listener = {Calls<&Connection::addGlobal>{},
@@ -38,6 +39,25 @@ bool Connection::dispatch() {
     if (wl_display_dispatch_pending(display) < 0) return false;
   }
   return wl_display_read_events(display) >= 0 && wl_display_dispatch_pending(display) >= 0;
+}
+
+bool Connection::roundtrip(std::chrono::milliseconds patience) {
+  using Clock = std::chrono::steady_clock;
+  static constexpr wl_callback_listener listener = {
+      [](void* isDone, wl_callback* /*callback*/, std::uint32_t /*serial*/) {
+        *static_cast<bool*>(isDone) = true;
+      }};
+  bool isDone = false;
+  const Owned<wl_callback> callback(wl_display_sync(display_.get()), wl_callback_destroy);
+  wl_callback_add_listener(callback.get(), &listener, &isDone);
+  const auto until = Clock::now() + patience;
+  for (flush(); dispatch() && !isDone; flush()) {
+    const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now());
+    if (left.count() <= 0) break;
+    pollfd descriptor{.fd = fd(), .events = POLLIN, .revents = 0};
+    ::poll(&descriptor, 1, static_cast<int>(left.count()));
+  }
+  return isDone;
 }
 
 void Connection::flush() {

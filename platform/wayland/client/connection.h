@@ -2,6 +2,7 @@
 
 #include <wayland-client.h>
 
+#include <chrono>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -16,13 +17,15 @@ using Owned = std::unique_ptr<Object, void (*)(Object*)>;
 /// A connection to a compositor, and what it offers.
 class Connection {
  public:
-  /// Connects to the compositor of the environment and waits until it has said what it offers.
-  /// Throws std::runtime_error, with a line for the user, when there is none.
-  Connection();
+  /// Connects to the compositor of this name, or that of the environment, and waits until it has
+  /// said what it offers. Throws std::runtime_error, with a line for the user, when there is none.
+  explicit Connection(const std::string& name = {});
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
   int fd() const { return wl_display_get_fd(display_.get()); }
+
+  bool isGone() const { return wl_display_get_error(display_.get()) != 0; }
 
   bool offers(const wl_interface& interface) const { return globals_.contains(interface.name); }
 
@@ -33,8 +36,9 @@ class Connection {
     return static_cast<Interface*>(bindGlobal(interface, version));
   }
 
-  /// Sends everything and waits until the compositor has done it; false when it is gone.
-  bool roundtrip() { return wl_display_roundtrip(display_.get()) >= 0; }
+  /// Sends everything and waits until the compositor has done it; false when it is gone, or does
+  /// not answer in time.
+  bool roundtrip(std::chrono::milliseconds patience = std::chrono::seconds(5));
 
   /// Tells the listeners what has come, without waiting; false when the compositor is gone.
   bool dispatch();
