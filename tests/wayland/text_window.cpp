@@ -12,7 +12,7 @@
 #include <stdexcept>
 
 #include "platform/wayland/client/calls.h"
-#include "platform/wayland/guard/compiled_map.h"
+#include "platform/wayland/client/compiled_map.h"
 #include "platform/xkb/virtual_keys.h"
 #include "text-input-unstable-v3-client-protocol.h"
 #include "x_session.h"

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <memory>
 
-#include "platform/wayland/guard/compiled_map.h"
+#include "platform/wayland/client/compiled_map.h"
 
 namespace kivra::wayland {
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/wayland/guard/compiled_map.h"
+#include "platform/wayland/client/compiled_map.h"
 
 namespace kivra::wayland {
 

@@ -9,7 +9,7 @@
 #include "platform/wayland/client/connection.h"
 #include "platform/wayland/guard/field_watch.h"
 #include "platform/wayland/guard/key_stream.h"
-#include "platform/wayland/guard/toplevel_watch.h"
+#include "platform/wayland/client/toplevel_watch.h"
 #include "platform/wayland/guard/virtual_keyboard.h"
 
 namespace kivra::wayland {

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <list>
+#include <optional>
+#include <string>
+#include <string_view>
 #include <utility>
 
 #include "platform/wayland/client/connection.h"
@@ -16,15 +19,22 @@ class ToplevelWatch {
   explicit ToplevelWatch(Connection& connection);
 
   bool isAnyActive() const { return active_ != nullptr; }
+  /// The application id of the active window, empty when it has none; nothing when none is active.
+  std::optional<std::string> activeApplication() const;
   /// Whether another window has become active since this was asked.
   bool takeMove() { return std::exchange(hasMoved_, false); }
+
+  /// Brings the window of the application that was opened last to the front.
+  void activateLast(std::string_view application, wl_seat* seat) const;
 
  private:
   struct Toplevel {
     ToplevelWatch* watch = nullptr;
     Owned<zwlr_foreign_toplevel_handle_v1> handle;
+    std::string application{};
     bool isActive = false;
 
+    void readApplication(const char* id) { application = id; }
     void readState(wl_array* states);
     void done() { watch->update(); }
     void closed() { watch->remove(this); }
@@ -36,7 +46,7 @@ class ToplevelWatch {
   void update();
 
   Owned<zwlr_foreign_toplevel_manager_v1> manager_;
-  std::list<Toplevel> toplevels_;
+  std::list<Toplevel> toplevels_;  // in the order of their opening
   const Toplevel* active_ = nullptr;
   bool hasMoved_ = false;
 };

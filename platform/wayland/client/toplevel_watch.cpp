@@ -1,4 +1,4 @@
-#include "platform/wayland/guard/toplevel_watch.h"
+#include "platform/wayland/client/toplevel_watch.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -20,7 +20,7 @@ ToplevelWatch::ToplevelWatch(Connection& connection)
 void ToplevelWatch::add(zwlr_foreign_toplevel_handle_v1* handle) {
   static constexpr zwlr_foreign_toplevel_handle_v1_listener listener = {
       .title = Ignores{},
-      .app_id = Ignores{},
+      .app_id = Calls<&Toplevel::readApplication>{},
       .output_enter = Ignores{},
       .output_leave = Ignores{},
       .state = Calls<&Toplevel::readState>{},
@@ -38,6 +38,18 @@ void ToplevelWatch::Toplevel::readState(wl_array* states) {
   isActive =
       std::ranges::find(words, std::uint32_t{ZWLR_FOREIGN_TOPLEVEL_HANDLE_V1_STATE_ACTIVATED}) !=
       words.end();
+}
+
+std::optional<std::string> ToplevelWatch::activeApplication() const {
+  return active_ == nullptr ? std::nullopt : std::optional(active_->application);
+}
+
+void ToplevelWatch::activateLast(std::string_view application, wl_seat* seat) const {
+  const auto found = std::find_if(
+      toplevels_.rbegin(), toplevels_.rend(),
+      [application](const Toplevel& toplevel) { return toplevel.application == application; });
+  if (found == toplevels_.rend()) return;
+  zwlr_foreign_toplevel_handle_v1_activate(found->handle.get(), seat);
 }
 
 void ToplevelWatch::remove(const Toplevel* toplevel) {

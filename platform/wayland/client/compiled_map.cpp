@@ -1,4 +1,4 @@
-#include "platform/wayland/guard/compiled_map.h"
+#include "platform/wayland/client/compiled_map.h"
 
 #include <sys/mman.h>
 #include <unistd.h>

@@ -1,0 +1,94 @@
+#include "platform/wayland/wayland_workspace.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "guarded_session.h"
+#include "platform/wayland/client/connection.h"
+#include "platform/wayland/client/toplevel_watch.h"
+#include "x_session.h"
+
+namespace kivra::wayland {
+namespace {
+
+class WaylandWorkspaceTest : public ::testing::Test {
+ protected:
+  WaylandWorkspaceTest() { compositor_.roundtrip(); }
+
+  bool becomesActive(const std::optional<std::string>& application) {
+    return e2e::waitFor([&] {
+      compositor_.dispatch();
+      return toplevels_.activeApplication() == application;
+    });
+  }
+
+  std::unique_ptr<e2e::ChildProcess> openWindow(const std::string& application) {
+    auto window = sway_.start({"foot", "--app-id", application, "cat"}, application);
+    EXPECT_TRUE(becomesActive(application)) << sway_.readFile(application);
+    return window;
+  }
+
+  e2e::EnteredSway sway_{{}};
+  Connection compositor_;
+  ToplevelWatch toplevels_{compositor_};
+  bool isPasswordFocused_ = false;
+  WaylandWorkspace workspace_{toplevels_,
+                              {.readEvents = [this] { compositor_.dispatch(); },
+                               .ownApplication = "own",
+                               .isPasswordFocused = [this] { return isPasswordFocused_; },
+                               .open = [](std::string_view) {}}};
+};
+
+TEST_F(WaylandWorkspaceTest, TellsTheActiveWindowsApplication) {
+  EXPECT_EQ(workspace_.frontmostBundleIdentifier(), std::nullopt);
+  const auto editor = openWindow("editor");
+  EXPECT_EQ(workspace_.frontmostBundleIdentifier(), "editor");
+  auto terminal = openWindow("org.gnome.Terminal");
+  EXPECT_EQ(workspace_.frontmostBundleIdentifier(), "com.apple.Terminal");
+  toplevels_.takeMove();
+  sway_.message({"[app_id=editor]", "focus"});
+  EXPECT_TRUE(becomesActive("editor"));
+  EXPECT_TRUE(toplevels_.takeMove());
+  sway_.message({"[app_id=org.gnome.Terminal]", "focus"});
+  EXPECT_TRUE(becomesActive("org.gnome.Terminal"));
+  terminal.reset();
+  EXPECT_TRUE(becomesActive("editor"));
+}
+
+TEST_F(WaylandWorkspaceTest, TellsThatNoWindowIsActive) {
+  const auto editor = openWindow("editor");
+  sway_.message({"workspace", "2"});
+  EXPECT_TRUE(becomesActive(std::nullopt));
+  EXPECT_EQ(workspace_.frontmostBundleIdentifier(), std::nullopt);
+}
+
+TEST_F(WaylandWorkspaceTest, KeepsPasswordsAndTheProgramsOwnWindows) {
+  const auto editor = openWindow("editor");
+  EXPECT_FALSE(workspace_.isSecureEventInputEnabled());
+  isPasswordFocused_ = true;
+  EXPECT_TRUE(workspace_.isSecureEventInputEnabled());
+  isPasswordFocused_ = false;
+  const auto own = openWindow("own");
+  EXPECT_TRUE(workspace_.isSecureEventInputEnabled());
+  sway_.message({"[app_id=editor]", "focus"});
+  EXPECT_TRUE(becomesActive("editor"));
+  EXPECT_FALSE(workspace_.isSecureEventInputEnabled());
+}
+
+TEST_F(WaylandWorkspaceTest, BringsTheWindowThatWasOpenedLastToTheFront) {
+  const Owned<wl_seat> seat(compositor_.bind<wl_seat>(wl_seat_interface), wl_seat_destroy);
+  const auto first = openWindow("own");
+  const auto second = openWindow("own");
+  const auto editor = openWindow("editor");
+  toplevels_.activateLast("own", seat.get());
+  compositor_.flush();
+  EXPECT_TRUE(becomesActive("own"));
+  const auto focused = sway_.message({"-t", "get_tree"});
+  EXPECT_NE(focused.find("\"pid\": " + std::to_string(second->pid())), std::string::npos);
+}
+
+}  // namespace
+}  // namespace kivra::wayland
