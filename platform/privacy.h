@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace kivra {
 
@@ -34,6 +35,10 @@ class Privacy {
   /// What keeps the program from correcting anything now, whatever else seems to be in order: one
   /// line; mostly empty.
   virtual std::string impediment() { return {}; }
+
+  /// What this desktop has of all that the program needs, and what mends what it lacks: a line each,
+  /// for the user; nothing on a desktop that always has everything.
+  virtual std::vector<std::string> diagnosis() { return {}; }
 };
 
 }  // namespace kivra

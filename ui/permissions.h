@@ -4,6 +4,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/privacy.h"
 #include "platform/run_loop.h"
@@ -46,6 +47,9 @@ class Permissions : public Observable, public std::enable_shared_from_this<Permi
 
   /// What this desktop says that keeps the program from working; mostly empty.
   std::string impediment() { return privacy_.impediment(); }
+
+  /// What this desktop says of all that the program needs, a line each; may be empty.
+  std::vector<std::string> diagnosis() { return privacy_.diagnosis(); }
 
  private:
   void poll();

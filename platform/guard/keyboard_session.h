@@ -18,6 +18,10 @@
 #include "platform/status_bar.h"
 #include "platform/workspace.h"
 
+namespace kivra {
+struct SessionFacts;
+}
+
 namespace kivra::guard {
 
 /// A desktop's session by its display: the keyboard, the window in front, the clipboard. One for
@@ -71,6 +75,9 @@ class KeyboardSession {
   /// Asks the active window for a sign of life, which it gives when it has handled the keys that it
   /// was sent before. The answer tells, each time that it is called, whether that is still to come.
   virtual std::function<bool()> pingActiveWindow() = 0;
+
+  /// Fills in what the display is and whom it has for its input method.
+  virtual void tell(SessionFacts& facts) = 0;
 
   /// The tray of the old kind that runs on the display; nothing where there is none.
   virtual std::optional<SystemTray> systemTray() = 0;

@@ -111,6 +111,14 @@ std::string X11Connection::impediment() const {
   return problem_ == waylandProblem ? "сеанс Wayland: войдите в сеанс X11 (Xorg)" : problem_;
 }
 
+std::string X11Connection::serverName() const {
+  if (connection_ == nullptr) return {};
+  const auto* const setup = xcb_get_setup(connection_);
+  return std::string(xcb_setup_vendor(setup),
+                     static_cast<std::size_t>(xcb_setup_vendor_length(setup))) +
+         " " + std::to_string(setup->release_number);
+}
+
 bool X11Connection::isLost() const {
   return connection_ != nullptr && xcb_connection_has_error(connection_) != 0;
 }

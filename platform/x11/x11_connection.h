@@ -53,6 +53,9 @@ class X11Connection : public guard::DisplayLayouts {
   /// The atom of the name, 0 without a server.
   xcb_atom_t atom(std::string_view name);
 
+  /// The server's maker and release; empty without one.
+  std::string serverName() const;
+
   xcb_window_t root() const { return root_; }
 
   /// A window property's bytes, at most 4 KiB; nothing when the window has no such property.

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "platform/session/diagnosis.h"
 #include "platform/x11/system_tray.h"
 #include "platform/x11/window_activation.h"
 #include "platform/x11/window_ping.h"
@@ -30,6 +31,8 @@ void X11Session::activateWindow(std::uint32_t window) { x11::activateWindow(wind
 std::function<bool()> X11Session::pingActiveWindow() {
   return [ping = std::make_shared<WindowPing>()] { return ping->isPending(); };
 }
+
+void X11Session::tell(SessionFacts& facts) { facts.server = connection_.serverName(); }
 
 std::optional<SystemTray> X11Session::systemTray() { return x11::systemTray(); }
 

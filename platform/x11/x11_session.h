@@ -28,6 +28,7 @@ class X11Session : public guard::KeyboardSession {
   bool isOwnWindowInFront() override { return workspace_.isOwnWindowInFront(); }
   void activateWindow(std::uint32_t window) override;
   std::function<bool()> pingActiveWindow() override;
+  void tell(SessionFacts& facts) override;
   std::optional<SystemTray> systemTray() override;
 
  private:

@@ -6,6 +6,7 @@
 
 #include "platform/qt/main_thread.h"
 #include "platform/qt/qt_application.h"
+#include "platform/session/diagnosis.h"
 #include "platform/session/notifier_host.h"
 #include "session_choice.h"
 
@@ -13,9 +14,11 @@ namespace kivra {
 
 namespace {
 
-constexpr const char* accessibilityMissing =
-    "Служба специальных возможностей (AT-SPI) не отвечает или выключена. Включить: "
-    "busctl --user set-property org.a11y.Bus /org/a11y/bus org.a11y.Status IsEnabled b true";
+std::string accessibilityMissing() {
+  return std::string(
+             "Служба специальных возможностей (AT-SPI) не отвечает или выключена. Включить: ") +
+         accessibilityCommand;
+}
 
 }  // namespace
 
@@ -102,7 +105,7 @@ bool LinuxDesktop::isProcessTrustedWithOptions(bool prompt) {
   return isTrusted;
 }
 
-std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing; }
+std::string LinuxDesktop::accessibilityRemedy() { return accessibilityMissing(); }
 
 AccessType LinuxDesktop::checkAccess() {
   return session_->problem().empty() ? AccessType::granted : AccessType::denied;
@@ -121,6 +124,23 @@ std::string LinuxDesktop::impediment() {
   if (!accessibility_.isEnabled()) return "Специальные возможности (AT-SPI) выключены";
   if (!session_->isGuardRunning()) return "Сторож клавиатуры не работает: перезапустите Kivra";
   return missingLayouts();
+}
+
+std::vector<std::string> LinuxDesktop::diagnosis() {
+  SessionFacts facts{.display = displayName(),
+                     .problem = session_->problem(),
+                     .isGuardRunning = session_->isGuardRunning(),
+                     .isAccessibilityOn = accessibility_.isEnabled(),
+                     .hasSecrets = hasSecretsService(),
+                     .hasTray = hasTray()};
+  session_->tell(facts);
+  if (const auto sources = session_->inputSources().createInputSourceList()) {
+    for (const auto& source : *sources) {
+      facts.layouts.push_back(source->id);
+      if (source->languages) facts.languages.push_back(source->languages->front());
+    }
+  }
+  return kivra::diagnosis(facts);
 }
 
 // The layouts are looked for once: one that comes later needs a new start.
@@ -147,7 +167,7 @@ bool LinuxDesktop::takeKey(const Event& event) {
 }
 
 void LinuxDesktop::reportMissing() {
-  if (!isProcessTrusted()) log_.log(std::string("Kivra: ") + accessibilityMissing);
+  if (!isProcessTrusted()) log_.log("Kivra: " + accessibilityMissing());
   if (const auto problem = session_->problem(); !problem.empty()) {
     log_.log("Kivra: клавиатуру не видно: " + problem);
   }

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "linux_text_services.h"
 #include "platform/atspi/accessibility_bus.h"
@@ -46,6 +47,7 @@ class LinuxDesktop : public Privacy {
   std::string accessibilityRemedy() override;
   std::string inputMonitoringRemedy() override;
   std::string impediment() override;
+  std::vector<std::string> diagnosis() override;
 
  private:
   guard::KeyboardSession::Environment sessionEnvironment(std::string guardProgram);

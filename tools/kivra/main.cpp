@@ -7,6 +7,7 @@
 #include "app/kivra_app.h"
 #include "linux_desktop.h"
 #include "platform/qt/qt_application.h"
+#include "platform/session/session_client.h"
 #include "program_options.h"
 #include "session_choice.h"
 #include "session_control.h"
@@ -15,11 +16,13 @@ namespace {
 
 constexpr const char* program = "kivra";
 
-constexpr const char* usage = R"(Usage: kivra
+constexpr const char* usage = R"(Usage: kivra [--diagnose]
 
 Mends what is typed in the wrong keyboard layout, double capitals and misspellings, in the session
 in which it runs. A second start opens the settings of the first. kivractl switches it off and on
 and manages what it has learned; kivra-desk runs it without a display.
+
+  --diagnose   says what the session has of all that Kivra needs, and what mends what it lacks
 
 Exit status: 0 it was ended, or runs already; 1 there is no display, or it was lost; 2 wrong usage.
 )";
@@ -43,6 +46,22 @@ int complainOfDisplay() {
   return EXIT_FAILURE;
 }
 
+/// As the running program sees it or, while none runs, as one would that started now.
+int diagnose() {
+  try {
+    if (const auto reply = kivra::session_client::run({"status"}, "")) {
+      std::cout << reply->output;
+      return reply->status;
+    }
+  } catch (const kivra::session_client::NoAnswer& error) {
+    std::cerr << "Kivra не отвечает: " << error.what() << '\n';
+    return EXIT_FAILURE;
+  }
+  kivra::LinuxDesktop desktop(guardProgram());
+  for (const auto& line : desktop.diagnosis()) std::cout << line << '\n';
+  return EXIT_SUCCESS;
+}
+
 }  // namespace
 
 int main(int count, char** values) {
@@ -54,6 +73,7 @@ int main(int count, char** values) {
   // Qt has taken out what it knows, such as the number that a session manager gives.
   if (count > 1) {
     const std::string word = values[1];
+    if (count == 2 && word == "--diagnose") return diagnose();
     return kivra::complainOfUsage(
         program, (word.starts_with('-') ? "unknown option " : "not wanted: ") + word);
   }

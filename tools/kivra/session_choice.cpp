@@ -21,6 +21,14 @@ bool hasDisplay() {
   return isSet("WAYLAND_DISPLAY") || (isSet("DISPLAY") && x11::isDisplayThere());
 }
 
+std::string displayName() {
+  for (const auto& [kind, variable] :
+       {std::pair("Wayland", "WAYLAND_DISPLAY"), std::pair("X11", "DISPLAY")}) {
+    if (isSet(variable)) return std::string(kind) + " (" + std::getenv(variable) + ")";
+  }
+  return "без дисплея";
+}
+
 std::unique_ptr<guard::KeyboardSession> openSession(
     guard::KeyboardSession::Environment environment) {
   return std::make_unique<x11::X11Session>(std::move(environment));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "platform/guard/keyboard_session.h"
 
@@ -9,6 +10,9 @@ namespace kivra {
 /// Whether there is a display of any kind; which of them the program can work on `openSession`
 /// finds out.
 bool hasDisplay();
+
+/// What the environment calls the display: "Wayland (wayland-1)".
+std::string displayName();
 
 /// The session that the environment names, not yet connected.
 std::unique_ptr<guard::KeyboardSession> openSession(

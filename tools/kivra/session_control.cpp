@@ -41,6 +41,7 @@ control::State stateOf(Services& services) {
   if (!permissions.accessibilityGranted()) note(permissions.accessibilityRemedy());
   if (!permissions.inputMonitoringGranted()) note(permissions.inputMonitoringRemedy());
   note(permissions.impediment());
+  state.diagnosis = permissions.diagnosis();
   return state;
 }
 

@@ -56,7 +56,8 @@ Reply status(const Environment& environment, bool asJson) {
     reply.output = jsonLine({{"running", isRunning},
                              {"enabled", isEnabled},
                              {"intercepting", state.isIntercepting},
-                             {"missing", state.missing}});
+                             {"missing", state.missing},
+                             {"session", state.diagnosis}});
     return reply;
   }
   std::vector<std::string> lines = {isRunning ? "Kivra runs" : "Kivra does not run",
@@ -66,6 +67,7 @@ Reply status(const Environment& environment, bool asJson) {
                                             : "the keyboard is not watched");
   }
   for (const auto& missing : state.missing) lines.push_back("missing: " + missing);
+  lines.insert(lines.end(), state.diagnosis.begin(), state.diagnosis.end());
   reply.output = listed(lines, false);
   return reply;
 }

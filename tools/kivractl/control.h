@@ -35,6 +35,8 @@ struct Request {
 struct State {
   bool isIntercepting = false;
   std::vector<std::string> missing{};  ///< what keeps it from its work, in words for the user
+  /// What the session has of all that it needs, a line each, likewise.
+  std::vector<std::string> diagnosis{};
 };
 
 /// What only a running program can do.

@@ -62,7 +62,11 @@ class ControlTest : public testing::Test {
           [] {
             return std::vector<std::pair<std::string, std::string>>{{"us", "en"}, {"ru", "ru"}};
           },
-      .state = [] { return State{.isIntercepting = true, .missing = {"a layout"}}; }};
+      .state =
+          [] {
+            return State{
+                .isIntercepting = true, .missing = {"a layout"}, .diagnosis = {"session: X11"}};
+          }};
 };
 
 TEST_F(ControlTest, HasTheRunningProgramDoWhatOnlyItCan) {
@@ -85,14 +89,17 @@ TEST_F(ControlTest, HasTheRunningProgramDoWhatOnlyItCan) {
 
 TEST_F(ControlTest, StatusTellsHowTheProgramFares) {
   EXPECT_EQ(run({"status"}).output,
-            "Kivra runs\nwords are mended: on\nthe keyboard is watched\nmissing: a layout\n");
+            "Kivra runs\nwords are mended: on\nthe keyboard is watched\nmissing: a "
+            "layout\nsession: X11\n");
   settings_.isEnabled.set(false);
   isRunning_ = false;
   EXPECT_EQ(
       run({"status", "--json"}),
-      Reply({.status = Reply::notRunning,
-             .output = R"({"enabled":false,"intercepting":false,"missing":[],"running":false})"
-                       "\n"}));
+      Reply(
+          {.status = Reply::notRunning,
+           .output =
+               R"({"enabled":false,"intercepting":false,"missing":[],"running":false,"session":[]})"
+               "\n"}));
 }
 
 TEST_F(ControlTest, WorksOnStoredValuesWhileNoneRuns) {
