@@ -52,6 +52,9 @@ class GuardEventTaps : public EventTaps {
   void eventTapEnable(EventTapPort& port, bool enable) override;
   void setConsumableKeys(const std::vector<KeyChord>& keys) override;
 
+  /// The guard that was started last has found that it cannot serve here.
+  bool isUnavailable() const { return isUnavailable_; }
+
  private:
   struct Tap;
   struct Source;
@@ -78,7 +81,7 @@ class GuardEventTaps : public EventTaps {
   bool isEnabled_ = false;
   bool isInCallback_ = false;
   bool isFlushing_ = false;
-  bool isUnavailable_ = false;  // the display lacks something, the last guard has said
+  bool isUnavailable_ = false;
   std::size_t attempts_ = 0;    // guards started since a key was typed
   std::shared_ptr<void> watch_;
   std::shared_ptr<GuardEventTaps*> self_;  // emptied first, for blocks that come later

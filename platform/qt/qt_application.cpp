@@ -5,6 +5,8 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QSocketNotifier>
 #include <cstdlib>
 #include <utility>
@@ -26,10 +28,21 @@ int catchSignals() {
   return signalfd(-1, &caught, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-/// Where there is no display, windows are drawn for nobody: the program has to run there too, to
-/// say what is missing.
-void drawForNobodyWithoutDisplay() {
-  if (!qEnvironmentVariableIsSet("DISPLAY")) qputenv("QT_QPA_PLATFORM", "offscreen");
+bool isCompositorThere() {
+  const auto display = qEnvironmentVariable("WAYLAND_DISPLAY");
+  return !display.isEmpty() &&
+         QFileInfo::exists(QDir(qEnvironmentVariable("XDG_RUNTIME_DIR")).filePath(display));
+}
+
+/// Qt takes an X server, and ends where there is none, unless the session says of itself that it is
+/// Wayland's, which one that was started from a console does not. Where there is no display at all,
+/// windows are drawn for nobody: the program has to run there too, to say what is missing.
+void chooseDisplay() {
+  if (isCompositorThere()) {
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "wayland");
+  } else if (!qEnvironmentVariableIsSet("DISPLAY")) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
 }
 
 /// Qt asks but once whether the desktop's accessibility is on, and would stay silent for as long as
@@ -37,7 +50,7 @@ void drawForNobodyWithoutDisplay() {
 void speakWhateverIsOn() { qputenv("QT_LINUX_ACCESSIBILITY_ALWAYS_ON", "1"); }
 
 int& prepared(int& count) {
-  drawForNobodyWithoutDisplay();
+  chooseDisplay();
   speakWhateverIsOn();
   return count;
 }
@@ -59,6 +72,8 @@ void tellOfLostDisplay() {
 QtApplication::QtApplication(int& count, char** values)
     : caughtSignals_(catchSignals()), application_(prepared(count), values) {
   QApplication::setApplicationName("Kivra");
+  // On Wayland the windows' application id.
+  QApplication::setDesktopFileName("app.kivra.Kivra");
   QApplication::setWindowIcon(applicationIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   auto* const notifier = new QSocketNotifier(caughtSignals_, QSocketNotifier::Read, &application_);

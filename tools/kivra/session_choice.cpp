@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "platform/wayland/wayland_session.h"
 #include "platform/x11/display.h"
 #include "platform/x11/x11_session.h"
 
@@ -31,6 +32,9 @@ std::string displayName() {
 
 std::unique_ptr<guard::KeyboardSession> openSession(
     guard::KeyboardSession::Environment environment) {
+  if (auto compositor = wayland::servingCompositor()) {
+    return std::make_unique<wayland::WaylandSession>(std::move(compositor), std::move(environment));
+  }
   return std::make_unique<x11::X11Session>(std::move(environment));
 }
 

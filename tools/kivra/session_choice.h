@@ -14,7 +14,8 @@ bool hasDisplay();
 /// What the environment calls the display: "Wayland (wayland-1)".
 std::string displayName();
 
-/// The session that the environment names, not yet connected.
+/// The session that the environment names, not yet connected: that of a Wayland compositor that has
+/// what the program needs, else that of the X server.
 std::unique_ptr<guard::KeyboardSession> openSession(
     guard::KeyboardSession::Environment environment);
 

@@ -1,10 +1,12 @@
 #include "platform/wayland/client/connection.h"
 
 #include <poll.h>
+#include <sys/socket.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fstream>
 #include <stdexcept>
 
 #include "platform/wayland/client/calls.h"
@@ -31,6 +33,16 @@ Connection::Connection(const std::string& name)
                                                     Calls<&Connection::removeGlobal>{}};
   wl_registry_add_listener(registry_.get(), &listener, this);
   if (!roundtrip()) throw std::runtime_error("композитор Wayland не отвечает");
+}
+
+std::string Connection::serverName() const {
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  if (::getsockopt(fd(), SOL_SOCKET, SO_PEERCRED, &peer, &size) != 0) return {};
+  std::ifstream file("/proc/" + std::to_string(peer.pid) + "/comm");
+  std::string name;
+  std::getline(file, name);
+  return name;
 }
 
 bool Connection::dispatch() {

@@ -25,6 +25,9 @@ class Connection {
 
   int fd() const { return wl_display_get_fd(display_.get()); }
 
+  /// The name of the compositor's program; empty when it cannot be told.
+  std::string serverName() const;
+
   bool isGone() const { return wl_display_get_error(display_.get()) != 0; }
 
   bool offers(const wl_interface& interface) const { return globals_.contains(interface.name); }
