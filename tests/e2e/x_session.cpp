@@ -17,19 +17,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto busEnable = {"gdbus",
-                            "call",
-                            "--session",
-                            "-d",
-                            "org.a11y.Bus",
-                            "-o",
-                            "/org/a11y/bus",
-                            "-m",
-                            "org.freedesktop.DBus.Properties.Set",
-                            "org.a11y.Status",
-                            "IsEnabled",
-                            "<true>"};
-
 bool hasWindowManager(const Environment& environment) {
   return outputOf({"xprop", "-root", "_NET_SUPPORTING_WM_CHECK"}, environment).find("window id") !=
          std::string::npos;
@@ -62,7 +49,7 @@ XSession::XSession(const Options& options) {
                   {"QT_QPA_PLATFORM", "xcb"},
                   {"GTK_MODULES", "gail:atk-bridge"}};
   if (const auto* leaks = std::getenv("LSAN_OPTIONS")) environment_["LSAN_OPTIONS"] = leaks;
-  startBus();
+  bus_ = std::make_unique<SessionBus>(home_, environment_);
   if (options.accessibility) switchAccessibilityOn();
   if (options.server.deviceLayouts.empty()) {
     run({"setxkbmap", "-rules", "evdev", "-model", "pc105", "-layout", options.layouts, "-variant",
@@ -82,21 +69,6 @@ XSession::~XSession() {
   server_.reset();
   std::error_code error;
   std::filesystem::remove_all(home_, error);
-}
-
-void XSession::startBus() {
-  const auto address = "unix:path=" + (home_ / "bus").string();
-  environment_["DBUS_SESSION_BUS_ADDRESS"] = address;
-  bus_ = start({"dbus-daemon", "--session", "--nofork", "--address=" + address});
-  if (!waitFor([this] { return isServed(home_ / "bus"); })) {
-    throw std::runtime_error("dbus-daemon does not start");
-  }
-}
-
-void XSession::switchAccessibilityOn() {
-  if (run({busEnable.begin(), busEnable.end()}).find("()") == std::string::npos) {
-    throw std::runtime_error("no accessibility bus (at-spi2-core)");
-  }
 }
 
 std::unique_ptr<ChildProcess> XSession::start(const std::vector<std::string>& command,

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "child_process.h"
+#include "session_bus.h"
 #include "unix_socket.h"
 #include "x_server.h"
 
@@ -65,18 +66,17 @@ class XSession {
   std::string readFile(const std::string& name) const;
   std::filesystem::path path(const std::string& name) const { return home_ / name; }
 
-  void switchAccessibilityOn();
+  void switchAccessibilityOn() { bus_->switchAccessibilityOn(); }
   void killServer() { server_->kill(); }
-  void killBus() { bus_->signal(9); }
+  void killBus() { bus_->kill(); }
 
  private:
-  void startBus();
   pid_t childOf(pid_t process);
 
   std::filesystem::path home_;
   std::unique_ptr<XServer> server_;
   Environment environment_;
-  std::unique_ptr<ChildProcess> bus_;
+  std::unique_ptr<SessionBus> bus_;
   std::unique_ptr<ChildProcess> windowManager_;
   std::unique_ptr<ChildProcess> kivra_;
 };

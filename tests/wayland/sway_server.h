@@ -31,6 +31,7 @@ class SwayServer {
 
   /// Of what runs inside.
   const Environment& environment() const { return environment_; }
+  Environment& environment() { return environment_; }
   /// Makes this process, and what it starts, a client as well.
   void enter() const;
 

@@ -1,0 +1,71 @@
+#include "kivra_in_sway.h"
+
+#include <linux/input-event-codes.h>
+
+#include <stdexcept>
+
+#include "x_session.h"
+
+namespace kivra::e2e {
+
+using namespace std::chrono_literals;
+
+KivraInSway::KivraInSway() {
+  bus_.switchAccessibilityOn();
+  compositor_.roundtrip();
+}
+
+void KivraInSway::startKivra() {
+  kivra_ = sway.start({KIVRA_PROGRAM}, "kivra.log");
+  // The dictionaries are read in the background, the first time for the index that is kept then.
+  TextWindow window;
+  const auto corrects = [&](const char* typed, const char* expected) {
+    window.clear();
+    hand.type(typed);
+    return window.textAfter(expected) == expected;
+  };
+  // The second brings back the layout that the first one's correction has left.
+  if (!waitFor([&] { return corrects("ghbdtn ", "привет "); }, 60s) ||
+      !corrects("hello ", "hello ")) {
+    throw std::runtime_error("Kivra corrects nothing: " + window.text() + kivraLog());
+  }
+}
+
+std::unique_ptr<ChildProcess> KivraInSway::open(const std::vector<std::string>& command,
+                                                const std::string& application,
+                                                const std::string& log) {
+  auto opened = sway.start(command, log);
+  if (!getsFocus(application)) throw std::runtime_error(application + " does not get the focus");
+  return opened;
+}
+
+bool KivraInSway::getsFocus(const std::string& application) {
+  return waitFor([&] {
+    compositor_.dispatch();
+    return toplevels_.activeApplication() == application;
+  });
+}
+
+bool KivraInSway::mends(const std::function<bool()>& isMended) {
+  return waitFor(
+      [&] {
+        hand.type("ghbdtn ");
+        return waitFor(isMended, 1s);
+      },
+      20s);
+}
+
+std::string KivraInSway::copyAll() {
+  hand.press(KEY_LEFTCTRL);
+  hand.tap(KEY_A);
+  hand.tap(KEY_C);
+  hand.release(KEY_LEFTCTRL);
+  return run({"timeout", "2", "wl-paste", "-n"});
+}
+
+std::string KivraInSway::written(const std::string& file, const std::string& expected) const {
+  waitFor([&] { return sway.readFile(file) == expected; }, 5s);
+  return sway.readFile(file);
+}
+
+}  // namespace kivra::e2e

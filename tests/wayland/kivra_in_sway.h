@@ -1,0 +1,54 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "guarded_session.h"
+#include "platform/wayland/client/toplevel_watch.h"
+#include "session_bus.h"
+
+namespace kivra::e2e {
+
+/// A session of sway with a hand at the keyboard, in which the real program and its guard run.
+class KivraInSway {
+ public:
+  KivraInSway();
+
+  /// Starts the program and waits until it corrects; std::runtime_error when it does not.
+  void startKivra();
+  ChildProcess& kivra() { return *kivra_; }
+  std::string kivraLog() const { return sway.readFile("kivra.log"); }
+
+  /// Opens a program's window and waits until it has the focus.
+  std::unique_ptr<ChildProcess> open(const std::vector<std::string>& command,
+                                     const std::string& application, const std::string& log = "");
+  /// Whether the application's window has the focus, or soon has.
+  bool getsFocus(const std::string& application);
+
+  /// What the program prints, without errors.
+  std::string run(const std::vector<std::string>& command) const {
+    return outputOf(command, sway.environment());
+  }
+
+  /// Types "ghbdtn " until it has been mended, as `isMended` finds out: a window that has just been
+  /// opened may move the focus to its field in the middle of a word.
+  bool mends(const std::function<bool()>& isMended);
+  /// Selects the whole text of the focused editor, puts it on the clipboard and answers what is
+  /// there a moment later.
+  std::string copyAll();
+  /// Waits until the file is this, or five seconds.
+  std::string written(const std::string& file, const std::string& expected) const;
+
+  EnteredSway sway{{.environment = {{"XDG_CACHE_HOME", KIVRA_E2E_CACHE}}}};
+  Hand hand;
+
+ private:
+  SessionBus bus_{sway.path("."), sway.environment()};
+  wayland::Connection compositor_;
+  wayland::ToplevelWatch toplevels_{compositor_};
+  std::unique_ptr<ChildProcess> kivra_;
+};
+
+}  // namespace kivra::e2e
