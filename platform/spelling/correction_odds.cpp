@@ -24,16 +24,21 @@ struct Weights {
   double otherForm;    ///< another form of the candidate
   double derived;      ///< a dictionary word with a prefix or suffix
   double compound;     ///< two dictionary words
+  double family;       ///< a dear slip in a word of which the lists know several forms
 };
 
-constexpr Weights russian = {-4.283, 0.022,  0.343,  0.064,  -0.098, -0.247, 0.475,  0.565,
-                             0.104,  -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0};
-constexpr Weights english = {-6.007, 0.035,  0.311,  0.147,  -0.040, -0.676, 0.836,  0.545,
-                             0.086,  -0.054, -2.515, -1.487, -0.531, -0.887, -0.672, -0.678};
+constexpr Weights russian = {-4.283, 0.022,  0.343,  0.064,  -0.098, -0.247, 0.475, 0.565, 0.104,
+                             -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0,     -4.5};
+constexpr Weights english = {-6.007, 0.035,  0.311,  0.147,  -0.040, -0.676, 0.836,  0.545, 0.086,
+                             -0.054, -2.515, -1.487, -0.531, -0.887, -0.672, -0.678, -1.5};
 
 constexpr int mostLead = 40;
 constexpr int mostNearLead = 8;
 constexpr std::size_t mostLetters = 7;
+
+// From this cost on a slip is one of the hand: slips of the ear have families too ("искуственный").
+constexpr int dearSlip = 15;
+constexpr std::size_t fewestOfFamily = 3;
 
 bool isRussian(std::string_view word) {
   return std::ranges::any_of(word, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
@@ -64,6 +69,9 @@ double CorrectionOdds::of(const CorrectionEvidence& evidence) const {
   if (WordFormation::isOtherForm(typed, evidence.meant)) odds += weights.otherForm;
   if (formation_.isDerived(typed)) odds += weights.derived;
   if (formation_.isCompound(typed)) odds += weights.compound;
+  if (evidence.cost >= dearSlip && formation_.listedForms(typed) >= fewestOfFamily) {
+    odds += weights.family;
+  }
   return odds;
 }
 

@@ -27,7 +27,8 @@ Pieces encoded(std::u32string_view list) {
 
 const Pieces& prefixes() {
   static const Pieces pieces = encoded(
-      U"не недо по пере под пред про раз рас за на над от при до без бес анти супер мульти микро "
+      U"не недо по пере под пред про раз рас за на над от при до без бес с о у вы де ре анти супер "
+      U"мульти микро "
       U"мини макси псевдо само сверх полу много одно двух трех меж авто видео аудио веб гипер "
       U"ультра "
       U"интер нано био гео теле фото электро контр экс вице лже пост суб транс "
@@ -183,6 +184,26 @@ bool WordFormation::isCompound(std::string_view word) const {
 
 bool WordFormation::isStemOfNegation(std::string_view word) const {
   return word.ends_with('n') && has(std::string(word) + "'t");
+}
+
+bool WordFormation::isListedOnly(std::string_view word) const {
+  const auto known = index_.find(word);
+  return known && !known->inDictionary && known->frequency.level > 0;
+}
+
+std::size_t WordFormation::listedForms(std::string_view word) const {
+  std::size_t most = 0;
+  for (std::size_t stem = shortestRest; stem <= word.size(); ++stem) {
+    if (!isEnding(word.substr(stem))) continue;
+    std::string form(word.substr(0, stem));
+    std::size_t forms = stem < word.size() && isListedOnly(form) ? 1 : 0;
+    for (const std::string& ending : endings()) {
+      form.replace(stem, std::string::npos, ending);
+      if (form != word && isListedOnly(form)) ++forms;
+    }
+    most = std::max(most, forms);
+  }
+  return most;
 }
 
 bool WordFormation::isOtherForm(std::string_view word, std::string_view meant) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 #include "platform/spelling/spelling_index.h"
@@ -26,12 +27,17 @@ class WordFormation {
   /// A word without the "'t" that follows in another run of keys ("doesn").
   [[nodiscard]] bool isStemOfNegation(std::string_view word) const;
 
+  /// How many words that the dictionary lacks and the frequency lists know differ from this one in
+  /// nothing but a usual ending: several of them make it a term or a name ("сокет") with its forms.
+  [[nodiscard]] std::size_t listedForms(std::string_view word) const;
+
   /// Whether two words differ in nothing but their endings, both of them usual ones: the dictionary
   /// may lack a form of a word that it knows.
   [[nodiscard]] static bool isOtherForm(std::string_view word, std::string_view meant);
 
  private:
   [[nodiscard]] bool has(std::string_view word) const;
+  [[nodiscard]] bool isListedOnly(std::string_view word) const;
   [[nodiscard]] bool hasPrefix(std::string_view word) const;
   [[nodiscard]] bool hasSuffix(std::string_view word) const;
   [[nodiscard]] bool isComparative(std::string_view word) const;

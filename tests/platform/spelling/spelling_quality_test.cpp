@@ -154,7 +154,8 @@ TEST_F(SpellingQuality, wordsThatTheDictionaryLacksStay) {
         "Rubenstein", "noone", "dishonour", "humourless", "generalisations", "thats"}) {
     EXPECT_TRUE(words.isValid(word, false) || !words.correction(word, false)) << word;
   }
-  for (const char* word : {"просвещенья", "жизнию", "названьем", "буквальнее", "нелатинским"}) {
+  for (const char* word : {"просвещенья", "жизнию", "названьем", "буквальнее", "нелатинским",
+                           "сокет", "сокетами", "виджетов", "сгенерировать"}) {
     EXPECT_TRUE(words.isValid(word, true) || !words.correction(word, true)) << word;
   }
 }

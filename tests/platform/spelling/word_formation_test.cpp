@@ -23,8 +23,14 @@ class WordFormationTest : public testing::Test {
         form(word, true);
       }
     };
-    return SpellingIndex::fromBlock(
-        SpellingIndex::build(forms, {{"man", {40, seenLower}}, {"page", {40, seenLower}}}, 1), 1);
+    return SpellingIndex::fromBlock(SpellingIndex::build(forms,
+                                                         {{"man", {40, seenLower}},
+                                                          {"page", {40, seenLower}},
+                                                          {coded(U"сокет"), {13, seenLower}},
+                                                          {coded(U"сокета"), {9, seenLower}},
+                                                          {coded(U"сокеты"), {9, seenLower}}},
+                                                         1),
+                                    1);
   }
 
   std::unique_ptr<SpellingIndex> index_ = makeIndex();
@@ -56,6 +62,13 @@ TEST_F(WordFormationTest, KnowsFormsOfOneWord) {
   EXPECT_TRUE(WordFormation::isOtherForm(coded(U"информаций"), coded(U"информации")));
   EXPECT_TRUE(WordFormation::isOtherForm("turneth", "turned"));
   EXPECT_FALSE(WordFormation::isOtherForm("recieve", "receive"));
+}
+
+TEST_F(WordFormationTest, CountsTheListedFormsOfAWordThatTheDictionaryLacks) {
+  EXPECT_EQ(formation_.listedForms(coded(U"сокетами")), 3U);
+  EXPECT_EQ(formation_.listedForms(coded(U"сокет")), 2U) << "beside the word itself";
+  EXPECT_EQ(formation_.listedForms(coded(U"сонет")), 0U);
+  EXPECT_EQ(formation_.listedForms("mans"), 0U) << "the dictionary has it";
 }
 
 TEST(LetterHabitsTest, StrangeRowsOfLettersCostMore) {
