@@ -14,6 +14,10 @@ namespace kivra {
 
 namespace {
 
+/// A capitalised word of up to so many letters within a sentence is a name, an initial, a label:
+/// "in C", "кенга и Ру".
+constexpr std::size_t longestName = 2;
+
 /// The words of one letter, in lower case.
 bool isSingleLetterWord(std::string_view letter, std::string_view language) {
   constexpr std::array<std::string_view, 8> russian = {"а", "в", "и", "к", "о", "с", "у", "я"};
@@ -128,8 +132,9 @@ bool LayoutSwitcher::processWord(const Word& word, Keystroke trigger) {
     history_.clear();
     return true;
   }
+  const auto isChanged = decide(finished);
   remember({word, trigger});
-  return decide(finished);
+  return isChanged;
 }
 
 void LayoutSwitcher::remember(const HistoryEntry& entry) {
@@ -145,9 +150,21 @@ bool LayoutSwitcher::decide(const FinishedWord& word) {
   if (questions_.ask(Question::learned, isException(word), text::lowercased(word.typed))) {
     return false;
   }
+  if (settings_.extendedRules() && word.word.size() <= longestName && word.word.front().shift &&
+      questions_.ask(Question::nameHere, isAmongWords(word), word.typed)) {
+    return false;
+  }
   const auto converted = KeycodeMap::text(word.word, word.to);
   if (word.word.size() == 1) return switchShortWord(word, converted);
   return switchLongWord(word, converted) || fixes_.apply(word);
+}
+
+bool LayoutSwitcher::isAmongWords(const FinishedWord& word) const {
+  if (history_.empty() || history_.back().trigger != Keystroke{key_codes::space}) return false;
+  const auto before = WordReading::withoutMarks(history_.back().word, word.from);
+  const auto language = word.from.language();
+  return before.after.empty() && (isSingleLetterWord(text::lowercased(before.core), language) ||
+                                  validator_.isValid(before.core, language));
 }
 
 bool LayoutSwitcher::switchShortWord(const FinishedWord& word, const std::string& converted) {

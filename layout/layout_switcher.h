@@ -63,6 +63,8 @@ class LayoutSwitcher {
   bool endWord(std::optional<Keystroke> trigger);
   bool processWord(const Word& word, Keystroke trigger);
   bool decide(const FinishedWord& word);
+  /// Whether the word before stands on the same line, in the same layout and without a mark.
+  bool isAmongWords(const FinishedWord& word) const;
   bool switchShortWord(const FinishedWord& word, const std::string& converted);
   bool switchLongWord(const FinishedWord& word, const std::string& converted);
   bool switchPunctuatedWord(const FinishedWord& word);

@@ -13,6 +13,7 @@ enum class Question {
   dictionary,    ///< does the user's dictionary replace it
   automatic,     ///< are words mended at all
   learned,       ///< has the user taken back a change of it
+  nameHere,      ///< is it a short name or a letter within a sentence
   letterHere,    ///< is the one letter a word where it stands
   letterThere,   ///< is the other layout's letter one
   lettersThere,  ///< does the other layout give nothing but letters

@@ -86,6 +86,28 @@ TEST_F(ExtendedRules, MarksAroundAWordAreSetAside) {
   }
 }
 
+TEST_F(ExtendedRules, AShortNameWithinASentenceStays) {
+  EXPECT_EQ(mended("Z"), "<[ru]~Z_") << "begins it";
+  select("us");
+  EXPECT_EQ(allMended({"it", "Z", "I", "Z"}), "----");
+  select("ru");
+  EXPECT_EQ(allMended({"vbh", "It"}), "--");
+  EXPECT_EQ(mended("it"), "<<[us]~it_") << "no name";
+  const auto afterwards = [&](auto&& happening) {
+    select("us");
+    EXPECT_EQ(mended("it"), "-");
+    happening();
+    return mended("Z");
+  };
+  EXPECT_EQ(afterwards([&] { mended("hello."); }), "<[ru]~Z_");
+  EXPECT_EQ(afterwards([&] { word("hello", key_codes::returnKey); }), "<[ru]~Z_");
+  EXPECT_EQ(afterwards([&] { endedByMark("hello!"); }), "<[ru]~Z_");
+  EXPECT_EQ(afterwards([&] { switcher().wordBoundary(std::nullopt); }), "<[ru]~Z_");
+  EXPECT_EQ(afterwards([&] { mended("qqq"); }), "<[ru]~Z_") << "no word of the layout";
+  services_.settings().extendedRules.set(false);
+  EXPECT_EQ(afterwards([] {}), "<[ru]~Z_");
+}
+
 TEST_F(ExtendedRules, ALearnedWordStaysWithAMarkAsWell) {
   services_.exceptions().add("helo");
   EXPECT_EQ(mended("helo,"), "-");

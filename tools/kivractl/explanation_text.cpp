@@ -20,6 +20,7 @@ constexpr std::array questionNames = {
     QuestionNames{"dictionary", "replaced by your dictionary?"},
     QuestionNames{"automatic", "are words mended at all?"},
     QuestionNames{"learned", "learned as one to leave alone?"},
+    QuestionNames{"nameHere", "a short name in a sentence?"},
     QuestionNames{"letterHere", "a word of one letter here?"},
     QuestionNames{"letterThere", "a word of one letter there?"},
     QuestionNames{"lettersThere", "only letters in the other layout?"},
