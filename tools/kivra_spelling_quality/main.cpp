@@ -114,7 +114,8 @@ void printCurve(const std::vector<Sample>& samples) {
   }
   printPoint("hunspell", hunspellYardstick(), samples);
   std::vector<AskedWord> asked;
-  for (const Sample& sample : samples) pointOf(recorder(asked), sample);
+  const Oracle noting = recorder(asked);
+  for (const Sample& sample : samples) pointOf(noting, sample);
   if (const auto aspell = aspellYardstick(asked)) {
     printPoint("aspell", *aspell, samples);
   } else {

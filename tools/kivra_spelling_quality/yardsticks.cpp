@@ -1,5 +1,7 @@
 #include "yardsticks.h"
 
+#include <unistd.h>
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
@@ -31,11 +33,12 @@ Answer answerOf(const std::string& line) {
   return {false, line.substr(start, line.find_first_of(",\n", start) - start)};
 }
 
-// Aspell's lines come in the order of the words, an empty one behind each word's.
-Answers askAspell(const std::vector<std::string>& words, const char* language) {
+// Aspell's lines come in the order of the words, an empty one behind each word's. Nothing when it
+// has not answered about all of them.
+std::optional<Answers> askAspell(const std::vector<std::string>& words, const char* language) {
   namespace fs = std::filesystem;
   Answers answers;
-  const fs::path file = fs::temp_directory_path() / ("kivra-aspell-" + std::string(language));
+  const fs::path file = fs::temp_directory_path() / ("kivra-aspell-" + std::to_string(getpid()));
   std::ofstream out(file);
   for (const std::string& word : words) out << '^' << word << '\n';
   out.close();
@@ -56,6 +59,7 @@ Answers askAspell(const std::vector<std::string>& words, const char* language) {
   }
   if (pipe != nullptr) pclose(pipe);
   fs::remove(file);
+  if (at < words.size()) return std::nullopt;
   return answers;
 }
 
@@ -95,10 +99,10 @@ std::optional<Oracle> aspellYardstick(const std::vector<AskedWord>& words) {
     const bool isPlain = std::ranges::all_of(decodeUtf8(word.word), isLetterScalar);
     if (isPlain) asked[word.russian ? 1 : 0].push_back(word.word);
   }
-  Answers english = askAspell(asked[0], "en_US");
-  Answers russian = askAspell(asked[1], "ru");
-  if (english.size() < asked[0].size() || russian.size() < asked[1].size()) return std::nullopt;
-  return fromAnswers(std::move(english), std::move(russian));
+  auto english = askAspell(asked[0], "en_US");
+  auto russian = askAspell(asked[1], "ru");
+  if (!english || !russian) return std::nullopt;
+  return fromAnswers(*std::move(english), *std::move(russian));
 }
 
 Oracle recorder(std::vector<AskedWord>& asked) {
