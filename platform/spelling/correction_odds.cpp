@@ -25,12 +25,14 @@ struct Weights {
   double derived;      ///< a dictionary word with a prefix or suffix
   double compound;     ///< two dictionary words
   double family;       ///< a dear slip in a word of which the lists know several forms
+  double frontLetter;  ///< the candidate behind one letter more: programs ("xmessage")
 };
 
 constexpr Weights russian = {-4.283, 0.022,  0.343,  0.064,  -0.098, -0.247, 0.475, 0.565, 0.104,
-                             -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0,     -4.5};
-constexpr Weights english = {-6.007, 0.035,  0.311,  0.147,  -0.040, -0.676, 0.836,  0.545, 0.086,
-                             -0.054, -2.515, -1.487, -0.531, -0.887, -0.672, -0.678, -1.5};
+                             -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0,     -4.5,  0};
+constexpr Weights english = {-5.032, 0.035,  0.286,  0.169,  -0.037, -0.820,
+                             0.933,  0.467,  0.044,  -0.089, -2.230, -1.854,
+                             -0.653, -1.142, -1.288, -1.364, -3.554, -1.807};
 
 constexpr int mostLead = 40;
 constexpr int mostNearLead = 8;
@@ -72,6 +74,7 @@ double CorrectionOdds::of(const CorrectionEvidence& evidence) const {
   if (evidence.cost >= dearSlip && formation_.listedForms(typed) >= fewestOfFamily) {
     odds += weights.family;
   }
+  if (typed.substr(1) == evidence.meant) odds += weights.frontLetter;
   return odds;
 }
 

@@ -34,7 +34,7 @@ const Pieces& prefixes() {
       U"интер нано био гео теле фото электро контр экс вице лже пост суб транс "
       U"un re non mis pre over under out sub super inter multi anti counter auto co micro mega "
       U"semi "
-      U"self cyber hyper bio");
+      U"self cyber hyper bio de dis en em fore mid mal");
   return pieces;
 }
 
