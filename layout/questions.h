@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -25,6 +26,16 @@ enum class Question {
   guess,         ///< does the spell checker have another word for it
   close,         ///< does the guess differ in so few letters
 };
+
+inline constexpr const char* questionNames[] = {
+    "secret",     "dictionary",  "automatic",    "learned",  "nameHere",
+    "letterHere", "letterThere", "lettersThere", "wordHere", "wordThere",
+    "letters",    "twoCapitals", "longEnough",   "guess",    "close"};
+static_assert(std::size(questionNames) == static_cast<std::size_t>(Question::close) + 1);
+
+constexpr const char* name(Question question) {
+  return questionNames[static_cast<std::size_t>(question)];
+}
 
 /// A question with its answer; valid during the call that tells of it.
 struct Answer {

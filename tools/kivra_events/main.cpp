@@ -3,8 +3,10 @@
 
 #include <filesystem>
 #include <iostream>
+#include <string_view>
 
 #include "app/kivra_app.h"
+#include "asked_questions.h"
 #include "linux_desktop.h"
 #include "platform/qt/qt_application.h"
 #include "platform/replaced_events.h"
@@ -13,8 +15,9 @@
 namespace {
 
 constexpr const char* usage =
-    "usage: kivra-events   runs Kivra and prints live which keys its tap gets and what it "
-    "decides\n";
+    "usage: kivra-events [--words]   runs Kivra and prints live which keys its tap gets and what "
+    "it "
+    "decides; with --words also what it asks at the end of each word\n";
 
 // At once, also into a file: the last line may be what is wanted after a kill.
 void print(const std::string& line) { std::cout << line << std::endl; }
@@ -27,7 +30,8 @@ std::string guardProgram() {
 
 int main(int count, char** values) {
   kivra::qt::QtApplication application(count, values);
-  if (count > 1) {
+  const auto tellsWords = count == 2 && std::string_view(values[1]) == "--words";
+  if (count > 1 && !tellsWords) {
     std::cerr << usage;
     return 2;
   }
@@ -36,6 +40,10 @@ int main(int count, char** values) {
   kivra::events::TracedEventTaps taps(whole, print);
   kivra::events::TracedEventPosting posting(whole.eventPosting, print);
   kivra::KivraApp kivra(kivra::withEvents(whole, taps, posting));
+  if (tellsWords) {
+    kivra.services.layoutSwitcher().setObserver(
+        [](const kivra::Answer& answer) { print(kivra::events::questionLine(answer)); });
+  }
   kivra.delegate->applicationDidFinishLaunching();
   return application.run();
 }

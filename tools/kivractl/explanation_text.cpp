@@ -9,46 +9,44 @@ namespace kivra::control {
 
 namespace {
 
-struct QuestionNames {
+/// In the order of Question.
+constexpr std::array questionTexts = {
+    "looks like a password?",
+    "replaced by your dictionary?",
+    "are words mended at all?",
+    "learned as one to leave alone?",
+    "a short name in a sentence?",
+    "a word of one letter here?",
+    "a word of one letter there?",
+    "only letters in the other layout?",
+    "a word here?",
+    "a word in the other layout?",
+    "only letters?",
+    "starts with two capitals?",
+    "long enough to be respelled?",
+    "is there a likely spelling?",
+    "is it close enough?",
+};
+static_assert(questionTexts.size() == std::size(questionNames));
+
+struct ChangeNames {
   const char* name;  ///< in JSON
   const char* text;
 };
 
-/// In the order of Question.
-constexpr std::array questionNames = {
-    QuestionNames{"secret", "looks like a password?"},
-    QuestionNames{"dictionary", "replaced by your dictionary?"},
-    QuestionNames{"automatic", "are words mended at all?"},
-    QuestionNames{"learned", "learned as one to leave alone?"},
-    QuestionNames{"nameHere", "a short name in a sentence?"},
-    QuestionNames{"letterHere", "a word of one letter here?"},
-    QuestionNames{"letterThere", "a word of one letter there?"},
-    QuestionNames{"lettersThere", "only letters in the other layout?"},
-    QuestionNames{"wordHere", "a word here?"},
-    QuestionNames{"wordThere", "a word in the other layout?"},
-    QuestionNames{"letters", "only letters?"},
-    QuestionNames{"twoCapitals", "starts with two capitals?"},
-    QuestionNames{"longEnough", "long enough to be respelled?"},
-    QuestionNames{"guess", "is there a likely spelling?"},
-    QuestionNames{"close", "is it close enough?"},
-};
-static_assert(questionNames.size() == static_cast<std::size_t>(Question::close) + 1);
-
 /// In the order of UndoStack::ActionKind, behind the one for no change.
 constexpr std::array changeNames = {
-    QuestionNames{"none", "left alone"},
-    QuestionNames{"layoutSwitch", "retyped in the other layout"},
-    QuestionNames{"doubleCapital", "the second capital made small"},
-    QuestionNames{"replacement", "replaced by your dictionary"},
-    QuestionNames{"translate", "translated"},
-    QuestionNames{"correct", "respelled"},
+    ChangeNames{"none", "left alone"},
+    ChangeNames{"layoutSwitch", "retyped in the other layout"},
+    ChangeNames{"doubleCapital", "the second capital made small"},
+    ChangeNames{"replacement", "replaced by your dictionary"},
+    ChangeNames{"translate", "translated"},
+    ChangeNames{"correct", "respelled"},
 };
 
-const QuestionNames& namesOf(Question question) {
-  return questionNames[static_cast<std::size_t>(question)];
-}
+const char* textOf(Question question) { return questionTexts[static_cast<std::size_t>(question)]; }
 
-const QuestionNames& namesOf(const std::optional<UndoStack::ActionKind>& change) {
+const ChangeNames& namesOf(const std::optional<UndoStack::ActionKind>& change) {
   return changeNames[change ? static_cast<std::size_t>(*change) + 1 : 0];
 }
 
@@ -58,7 +56,7 @@ std::string padded(const std::string& text, std::size_t width) {
 }
 
 std::string line(const Asked& asked, std::size_t width) {
-  auto text = "  " + padded(asked.about, width) + "  " + padded(namesOf(asked.question).text, 35) +
+  auto text = "  " + padded(asked.about, width) + "  " + padded(textOf(asked.question), 35) +
               (asked.isYes ? "yes" : "no");
   if (asked.question == Question::close) text += ", distance " + std::to_string(asked.distance);
   return text + '\n';
@@ -85,7 +83,7 @@ std::string explanationJson(const std::vector<Explanation>& explanations) {
     auto questions = json::Value::array();
     for (const auto& one : asked) {
       json::Value question = {
-          {"question", namesOf(one.question).name}, {"answer", one.isYes}, {"about", one.about}};
+          {"question", name(one.question)}, {"answer", one.isYes}, {"about", one.about}};
       if (one.question == Question::close) question["distance"] = one.distance;
       questions.push_back(std::move(question));
     }
