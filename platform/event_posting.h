@@ -16,7 +16,8 @@ class EventSource {
 };
 
 /// Making and posting of synthetic keyboard events. Posted events reach the focused application in
-/// the order of posting, ahead of everything that the user types later.
+/// the order of posting; those from a tap's callback behind the event that it decides of, and ahead
+/// of everything that the user typed after that.
 class EventPosting {
  public:
   virtual ~EventPosting() = default;

@@ -168,6 +168,8 @@ bool GuardEventTaps::handleNotice(const Report& report) {
 }
 
 void GuardEventTaps::handleEvent(const Report& report) {
+  // What was posted before this event does not belong to it.
+  flushPosted();
   const auto verdict = callTap(report);
   auto keys = environment_.posted.take();
   if (report.awaitsVerdict) {
@@ -189,8 +191,6 @@ EventVerdict GuardEventTaps::callTap(const Report& report) {
   }
   const Event event{.type = type, .keyCode = report.keyCode, .flags = report.flags, .userData = 0};
   if (environment_.isTakenByOwnWindow(event)) return EventVerdict::pass;
-  // What was posted before this event does not belong to it.
-  flushPosted();
   isInCallback_ = true;
   environment_.groupMet(report.group);
   const auto verdict = tap->callback(type, event);

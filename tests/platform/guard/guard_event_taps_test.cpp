@@ -80,6 +80,7 @@ class GuardEventTapsTest : public testing::Test {
   int refusals = 0;
   std::chrono::milliseconds pause{0};
   bool hasSelection = false;
+  bool isOwnWindow = false;
   std::weak_ptr<std::function<void()>> onReadable;
   GuardEventTaps taps{{.guard = link,
                        .posted = posted,
@@ -95,7 +96,8 @@ class GuardEventTapsTest : public testing::Test {
                        .groupSelected = [](std::uint32_t) {},
                        .hasSelectionBehind = [this](std::size_t) { return hasSelection; },
                        .pauseAfterErasing = [this] { return pause; },
-                       .postRefused = [this] { ++refusals; }}};
+                       .postRefused = [this] { ++refusals; },
+                       .isTakenByOwnWindow = [this](const Event&) { return isOwnWindow; }}};
   std::shared_ptr<EventTapPort> port;
   std::unique_ptr<LentGuards::Guard> guard;
   std::vector<Event> events;
@@ -138,6 +140,18 @@ TEST_F(GuardEventTapsTest, TellsTheGuardWhatItNeedsAndAnswersIt) {
   ASSERT_TRUE(post);
   EXPECT_EQ(post->order.number, 0U);
   EXPECT_EQ(post->keys.size(), 2U);
+}
+
+// As one of that event it would be refused when another key has gone on.
+TEST_F(GuardEventTapsTest, WhatWasPostedBeforeAnEventThatTheTapIsNotAskedAboutFitsAnywhere) {
+  start();
+  skipOrders();
+  greetAndBeReady();
+  isOwnWindow = true;
+  posted.add({.keyCode = 1});
+  report({.number = 7, .kind = ReportKind::keyDown});
+  EXPECT_TRUE(events.empty());
+  EXPECT_EQ(guard->channel.receive()->order.number, 0U);
 }
 
 TEST_F(GuardEventTapsTest, GivesAnApplicationItsPauseAndACompletionItsDelete) {
