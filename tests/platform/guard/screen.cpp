@@ -11,7 +11,7 @@
 
 namespace kivra::guard {
 
-Layouts::Layouts(const std::string& options) {
+xkb_keymap* Layouts::newKeymap(const std::string& options) {
   const std::unique_ptr<xkb_context, void (*)(xkb_context*)> context(
       xkb_context_new(XKB_CONTEXT_NO_FLAGS), xkb_context_unref);
   const xkb_rule_names names{.rules = "evdev",
@@ -19,9 +19,12 @@ Layouts::Layouts(const std::string& options) {
                              .layout = "us,ru",
                              .variant = "",
                              .options = options.c_str()};
-  const std::unique_ptr<xkb_keymap, void (*)(xkb_keymap*)> map(
-      xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS),
-      xkb_keymap_unref);
+  return xkb_keymap_new_from_names(context.get(), &names, XKB_KEYMAP_COMPILE_NO_FLAGS);
+}
+
+Layouts::Layouts(const std::string& options) {
+  const std::unique_ptr<xkb_keymap, void (*)(xkb_keymap*)> map(newKeymap(options),
+                                                               xkb_keymap_unref);
   keyMap_ = KeyMap(map.get());
   for (std::uint16_t key = 0; key < KeyMap::keyLimit; ++key) {
     for (std::uint32_t group = 0; group < 2; ++group) {

@@ -8,6 +8,8 @@
 
 #include "platform/guard/process/seat_keys.h"
 
+struct xkb_keymap;
+
 namespace kivra::guard {
 
 /// A keyboard map with the layouts us and ru, and what its keys type.
@@ -21,6 +23,8 @@ class Layouts {
   char32_t character(std::uint16_t key, std::uint32_t group, bool shift) const;
   /// The plain us and ru map.
   static const Layouts& plain();
+  /// The map itself, for the caller to release.
+  static xkb_keymap* newKeymap(const std::string& options = "");
 
  private:
   KeyMap keyMap_;
