@@ -1,6 +1,7 @@
 #include "platform/atspi/accessibility_bus.h"
 
 #include <chrono>
+#include <utility>
 
 #include "platform/atspi/accessibility_watcher.h"
 
@@ -22,6 +23,11 @@ bool AccessibilityBus::isEnabled() const { return watcher_->isEnabled; }
 void AccessibilityBus::meetApplications() { watcher_->meetApplications(); }
 void AccessibilityBus::requestEnabled() { watcher_->requestEnabled(); }
 bool AccessibilityBus::isPasswordFocused() const { return watcher_->isPasswordFocused; }
+
+std::chrono::steady_clock::time_point AccessibilityBus::lastCaretMove() {
+  if (!std::exchange(isCaretFollowed_, true)) watcher_->followCaret();
+  return watcher_->lastCaretMove;
+}
 
 std::optional<AccessibleObject> AccessibilityBus::focusedObject() const {
   return watcher_->focusedObject();

@@ -45,6 +45,10 @@ class AccessibilityBus {
   /// where it tells nothing, and for 2 s after it has not answered.
   bool hasSelectionBehind(std::size_t characters);
 
+  /// When the caret of the focused field moved last, as far as its application tells. Applications
+  /// are asked to tell of it from the first call on.
+  std::chrono::steady_clock::time_point lastCaretMove();
+
   /// The object that took the focus last and has not told that it lost it.
   std::optional<AccessibleObject> focusedObject() const;
 
@@ -57,6 +61,7 @@ class AccessibilityBus {
  private:
   std::unique_ptr<AccessibilityWatcher> watcher_;
   std::chrono::steady_clock::time_point nextQuestion_;
+  bool isCaretFollowed_ = false;
 };
 
 }  // namespace kivra

@@ -52,6 +52,18 @@ void AccessibilityWatcher::meetApplications() {
       this);
 }
 
+void AccessibilityWatcher::followCaret() {
+  g_main_context_invoke(
+      context_,
+      [](gpointer self) -> gboolean {
+        auto& watcher = *static_cast<AccessibilityWatcher*>(self);
+        watcher.isCaretFollowed_ = true;
+        if (watcher.accessibility_) watcher.listenToCaret();
+        return G_SOURCE_REMOVE;
+      },
+      this);
+}
+
 std::optional<AccessibleObject> AccessibilityWatcher::focusedObject() {
   const std::lock_guard lock(mutex_);
   return focused_;
@@ -138,6 +150,7 @@ void AccessibilityWatcher::connectAccessibilityBus() {
   if (!accessibility_) return;
   listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
   listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
+  if (isCaretFollowed_) listenToCaret();
   g_dbus_connection_signal_subscribe(accessibility_.get(), accessibleRegistry, objectEvents,
                                      "ChildrenChanged", accessibleRoot, nullptr,
                                      G_DBUS_SIGNAL_FLAGS_NONE, onRegistryChange, this, nullptr);
@@ -187,9 +200,13 @@ void AccessibilityWatcher::focusChanged(const char* sender, const char* path, bo
   isPasswordFocused = role == passwordRole;
 }
 
-void AccessibilityWatcher::selectionChanged(const char* sender, const char* path) {
+bool AccessibilityWatcher::isFocused(const char* sender, const char* path) {
   const std::lock_guard lock(mutex_);
-  if (AccessibleObject{sender, path} == focused_) mayHaveSelection = true;
+  return AccessibleObject{sender, path} == focused_;
+}
+
+void AccessibilityWatcher::listenToCaret() {
+  listen("TextCaretMoved", nullptr, onCaret, "object:text-caret-moved");
 }
 
 void AccessibilityWatcher::onStatusChange(GDBusConnection*, const char*, const char*, const char*,
@@ -214,7 +231,14 @@ void AccessibilityWatcher::onRegistryChange(GDBusConnection*, const char*, const
 
 void AccessibilityWatcher::onSelection(GDBusConnection*, const char* sender, const char* path,
                                        const char*, const char*, GVariant*, gpointer self) {
-  static_cast<AccessibilityWatcher*>(self)->selectionChanged(sender, path);
+  auto& watcher = *static_cast<AccessibilityWatcher*>(self);
+  if (watcher.isFocused(sender, path)) watcher.mayHaveSelection = true;
+}
+
+void AccessibilityWatcher::onCaret(GDBusConnection*, const char* sender, const char* path,
+                                   const char*, const char*, GVariant*, gpointer self) {
+  auto& watcher = *static_cast<AccessibilityWatcher*>(self);
+  if (watcher.isFocused(sender, path)) watcher.lastCaretMove = std::chrono::steady_clock::now();
 }
 
 }  // namespace kivra

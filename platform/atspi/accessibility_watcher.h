@@ -3,6 +3,7 @@
 #include <gio/gio.h>
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <future>
 #include <memory>
@@ -31,6 +32,7 @@ class AccessibilityWatcher {
   /// See AccessibilityBus.
   void requestEnabled();
   void meetApplications();
+  void followCaret();
   std::optional<AccessibleObject> focusedObject();
 
   /// What `read` answers on the thread; its default without a bus.
@@ -40,7 +42,8 @@ class AccessibilityWatcher {
 
   std::atomic<bool> isEnabled = false;
   std::atomic<bool> isPasswordFocused = false;
-  std::atomic<bool> mayHaveSelection = false;  // in the focused object
+  std::atomic<bool> mayHaveSelection = false;                          // in the focused object
+  std::atomic<std::chrono::steady_clock::time_point> lastCaretMove{};  // likewise
 
  private:
   void run();
@@ -53,7 +56,8 @@ class AccessibilityWatcher {
   void stopRetrying();
   void setEnabled(bool enabled);
   void switchOn();
-  void selectionChanged(const char* sender, const char* path);
+  void listenToCaret();
+  bool isFocused(const char* sender, const char* path);
   void focusChanged(const char* sender, const char* path, bool focused);
 
   static void onStatusChange(GDBusConnection* bus, const char* sender, const char* path,
@@ -68,6 +72,9 @@ class AccessibilityWatcher {
   static void onSelection(GDBusConnection* bus, const char* sender, const char* path,
                           const char* interface, const char* signal, GVariant* arguments,
                           gpointer self);
+  static void onCaret(GDBusConnection* bus, const char* sender, const char* path,
+                      const char* interface, const char* signal, GVariant* arguments,
+                      gpointer self);
   void listen(const char* signal, const char* detail, GDBusSignalCallback callback,
               const char* event);
 
@@ -75,6 +82,7 @@ class AccessibilityWatcher {
   GMainLoop* loop_;
   GCancellable* cancellable_ = g_cancellable_new();
   GSource* retry_ = nullptr;
+  bool isCaretFollowed_ = false;
   BusConnection session_;
   BusConnection accessibility_;
   AccessibleApplications applications_{cancellable_};

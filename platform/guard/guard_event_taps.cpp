@@ -137,8 +137,20 @@ void GuardEventTaps::readReports() {
 }
 
 void GuardEventTaps::handle(const Report& report) {
-  if (report.kind == ReportKind::keyDown) attempts_ = 0;
+  if (report.kind == ReportKind::keyDown) {
+    attempts_ = 0;
+    noticeClick(report);
+  }
   if (!handleNotice(report)) handleEvent(report);
+}
+
+// Applications answer a key within a moment; a caret that moves later was moved by something else.
+void GuardEventTaps::noticeClick(const Report& key) {
+  constexpr auto answerTime = 200ms;
+  if (!environment_.lastCaretMove) return;
+  const auto isClick = environment_.lastCaretMove() > lastKey_ + answerTime;
+  lastKey_ = std::chrono::steady_clock::now();
+  if (isClick) callTap({.kind = ReportKind::wordBroken, .group = key.group});
 }
 
 bool GuardEventTaps::handleNotice(const Report& report) {

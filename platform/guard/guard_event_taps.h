@@ -33,6 +33,8 @@ class GuardEventTaps : public EventTaps {
     std::function<void(std::uint32_t group)> groupSelected;  ///< the guard has been told already
     /// A selection stands in the focused field behind at least so many characters.
     std::function<bool(std::size_t characters)> hasSelectionBehind;
+    /// When the caret moved last; empty where the guard is told of clicks.
+    std::function<std::chrono::steady_clock::time_point()> lastCaretMove{};
     /// What the application in front needs between erasing and typing.
     std::function<std::chrono::milliseconds()> pauseAfterErasing;
     /// What was decided last has not been typed.
@@ -64,6 +66,7 @@ class GuardEventTaps : public EventTaps {
   void handle(const Report& report);
   void handleEvent(const Report& report);
   bool handleNotice(const Report& report);
+  void noticeClick(const Report& key);
   EventVerdict callTap(const Report& report);
   void flushPosted();
   void sendKeys(const Order& order, std::vector<PostedKey> keys);
@@ -82,7 +85,8 @@ class GuardEventTaps : public EventTaps {
   bool isInCallback_ = false;
   bool isFlushing_ = false;
   bool isUnavailable_ = false;
-  std::size_t attempts_ = 0;    // guards started since a key was typed
+  std::size_t attempts_ = 0;  // guards started since a key was typed
+  std::chrono::steady_clock::time_point lastKey_{};
   std::shared_ptr<void> watch_;
   std::shared_ptr<GuardEventTaps*> self_;  // emptied first, for blocks that come later
 };

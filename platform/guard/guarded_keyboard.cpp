@@ -16,6 +16,7 @@ GuardedKeyboard::GuardedKeyboard(const KeyboardSession::Environment& environment
                  .groupMet = [this](auto group) { inputSources.meetGroup(group); },
                  .groupSelected = environment.groupSelected,
                  .hasSelectionBehind = environment.hasSelectionBehind,
+                 .lastCaretMove = environment.lastCaretMove,
                  .pauseAfterErasing =
                      [&workspace] {
                        return pauseAfterErasing(workspace.frontmostBundleIdentifier().value_or(""));

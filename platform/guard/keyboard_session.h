@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
@@ -38,6 +39,8 @@ class KeyboardSession {
     std::function<void()> activeWindowChanged;
     /// A selection stands in the focused field behind at least so many characters.
     std::function<bool(std::size_t characters)> hasSelectionBehind;
+    /// When the caret of the focused field moved last, for displays that tell nobody of clicks.
+    std::function<std::chrono::steady_clock::time_point()> lastCaretMove;
     std::function<void(std::string_view)> open;  ///< opens an address
     /// Called with each XKB group that is selected, while the guard locks it.
     std::function<void(std::uint32_t group)> groupSelected;

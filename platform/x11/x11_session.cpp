@@ -9,8 +9,18 @@
 
 namespace kivra::x11 {
 
+namespace {
+
+/// The guard hears of clicks from the server: applications need not tell of their carets.
+guard::KeyboardSession::Environment withoutCaret(guard::KeyboardSession::Environment environment) {
+  environment.lastCaretMove = nullptr;
+  return environment;
+}
+
+}  // namespace
+
 X11Session::X11Session(Environment environment)
-    : environment_(std::move(environment)),
+    : environment_(withoutCaret(std::move(environment))),
       workspace_(connection_, {.isPasswordFocused = environment_.isPasswordFocused,
                                .activeWindowChanged = environment_.activeWindowChanged,
                                .open = environment_.open}),

@@ -109,6 +109,15 @@ bool ScreenReader::focus(const Control& control) const {
   });
 }
 
+void ScreenReader::setCaret(const Control& control, int offset) const {
+  bus_.call(control.object, "org.a11y.atspi.Text", "SetCaretOffset", g_variant_new("(i)", offset));
+}
+
+std::string ScreenReader::text(const Control& control) const {
+  return textOf(
+      bus_.call(control.object, "org.a11y.atspi.Text", "GetText", g_variant_new("(ii)", 0, -1)));
+}
+
 void ScreenReader::setText(const Control& control, const std::string& text) const {
   bus_.call(control.object, "org.a11y.atspi.EditableText", "SetTextContents",
             g_variant_new("(s)", text.c_str()));

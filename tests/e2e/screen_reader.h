@@ -35,6 +35,9 @@ class ScreenReader {
   void press(const Control& control) const;
   /// Waits until the control has the focus; answers whether it got it.
   bool focus(const Control& control) const;
+  /// Puts the caret before the character of this number, as a click there does.
+  void setCaret(const Control& control, int offset) const;
+  std::string text(const Control& control) const;
   void setText(const Control& control, const std::string& text) const;
 
  private:

@@ -15,8 +15,8 @@ KivraInSway::KivraInSway() {
   compositor_.roundtrip();
 }
 
-void KivraInSway::startKivra() {
-  kivra_ = sway.start({KIVRA_PROGRAM}, "kivra.log");
+void KivraInSway::startKivra(const std::vector<std::string>& command) {
+  kivra_ = sway.start(command, "kivra.log");
   // The dictionaries are read in the background, the first time for the index that is kept then.
   TextWindow window;
   const auto corrects = [&](const char* typed, const char* expected) {
@@ -55,12 +55,18 @@ bool KivraInSway::mends(const std::function<bool()>& isMended) {
       20s);
 }
 
+void KivraInSway::chord(const std::vector<std::uint16_t>& keys) {
+  for (const auto key : keys) hand.press(key);
+  for (auto key = keys.rbegin(); key != keys.rend(); ++key) hand.release(*key);
+}
+
 std::string KivraInSway::copyAll() {
-  hand.press(KEY_LEFTCTRL);
-  hand.tap(KEY_A);
-  hand.tap(KEY_C);
-  hand.release(KEY_LEFTCTRL);
-  return run({"timeout", "2", "wl-paste", "-n"});
+  run({"wl-copy", "--clear"});
+  chord({KEY_LEFTCTRL, KEY_A});
+  chord({KEY_LEFTCTRL, KEY_C});
+  std::string text;
+  waitFor([&] { return !(text = run({"timeout", "2", "wl-paste", "-n"})).empty(); }, 2s);
+  return text;
 }
 
 std::string KivraInSway::written(const std::string& file, const std::string& expected) const {

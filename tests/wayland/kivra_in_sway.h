@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -17,7 +18,7 @@ class KivraInSway {
   KivraInSway();
 
   /// Starts the program and waits until it corrects; std::runtime_error when it does not.
-  void startKivra();
+  void startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
   ChildProcess& kivra() { return *kivra_; }
   std::string kivraLog() const { return sway.readFile("kivra.log"); }
 
@@ -35,8 +36,10 @@ class KivraInSway {
   /// Types "ghbdtn " until it has been mended, as `isMended` finds out: a window that has just been
   /// opened may move the focus to its field in the middle of a word.
   bool mends(const std::function<bool()>& isMended);
-  /// Selects the whole text of the focused editor, puts it on the clipboard and answers what is
-  /// there a moment later.
+  /// Presses keys together, the last one briefly.
+  void chord(const std::vector<std::uint16_t>& keys);
+  /// The whole text of the focused editor, which puts it on the clipboard; empty as well when it
+  /// does not within 2 s.
   std::string copyAll();
   /// Waits until the file is this, or five seconds.
   std::string written(const std::string& file, const std::string& expected) const;

@@ -51,6 +51,7 @@ guard::KeyboardSession::Environment LinuxDesktop::sessionEnvironment(std::string
       .activeWindowChanged = [this] { accessibility_.meetApplications(); },
       .hasSelectionBehind =
           [this](std::size_t characters) { return accessibility_.hasSelectionBehind(characters); },
+      .lastCaretMove = [this] { return accessibility_.lastCaretMove(); },
       .open = [this](std::string_view address) { opener_.open(address); },
       .groupSelected = [this](std::uint32_t group) { layoutKeepers_.selectGroup(group); },
       .isTakenByOwnWindow = [this](const Event& event) { return takeKey(event); },

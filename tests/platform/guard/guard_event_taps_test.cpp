@@ -81,6 +81,7 @@ class GuardEventTapsTest : public testing::Test {
   std::chrono::milliseconds pause{0};
   bool hasSelection = false;
   bool isOwnWindow = false;
+  std::chrono::steady_clock::time_point caretMove{};
   std::weak_ptr<std::function<void()>> onReadable;
   GuardEventTaps taps{{.guard = link,
                        .posted = posted,
@@ -95,6 +96,7 @@ class GuardEventTapsTest : public testing::Test {
                        .groupMet = [this](auto met) { group = met; },
                        .groupSelected = [](std::uint32_t) {},
                        .hasSelectionBehind = [this](std::size_t) { return hasSelection; },
+                       .lastCaretMove = [this] { return caretMove; },
                        .pauseAfterErasing = [this] { return pause; },
                        .postRefused = [this] { ++refusals; },
                        .isTakenByOwnWindow = [this](const Event&) { return isOwnWindow; }}};
@@ -106,6 +108,27 @@ class GuardEventTapsTest : public testing::Test {
   EventVerdict verdict = EventVerdict::pass;
   int starts = 0;
 };
+
+TEST_F(GuardEventTapsTest, TakesACaretThatMovesLongAfterAKeyForAClick) {
+  using Clock = std::chrono::steady_clock;
+  start();
+  greetAndBeReady();
+  const auto types = [&] {
+    std::vector<EventType> met;
+    for (const auto& event : std::exchange(events, {})) met.push_back(event.type);
+    return met;
+  };
+  report({.number = 1, .kind = ReportKind::keyDown});
+  caretMove = Clock::now() + 20ms;
+  report({.number = 2, .kind = ReportKind::keyDown});
+  EXPECT_EQ(types(), (std::vector{EventType::keyDown, EventType::keyDown})) << "typed";
+  caretMove = Clock::now() + 1s;
+  report({.number = 3, .kind = ReportKind::keyDown});
+  EXPECT_EQ(types(), (std::vector{EventType::leftMouseDown, EventType::keyDown}));
+  caretMove = {};
+  report({.number = 4, .kind = ReportKind::keyDown});
+  EXPECT_EQ(types(), (std::vector{EventType::keyDown}));
+}
 
 TEST_F(GuardEventTapsTest, TellsTheGuardWhatItNeedsAndAnswersIt) {
   start();
