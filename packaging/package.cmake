@@ -10,7 +10,8 @@ wrong: a word typed in the wrong keyboard layout, two capitals at the start, a
 close misspelling, an entry of the user's own dictionary. A double tap of Shift
 takes the last change back. Hotkeys translate and correct the selected text.
 
-It works in X11 sessions; kivra-desk runs it without a display.")
+It works in X11 sessions and in those of wlroots compositors; kivra-desk runs it
+without a display.")
 set(CPACK_STRIP_FILES ON)
 # The autostart entry lies outside the prefix.
 set(CPACK_SET_DESTDIR ON)
@@ -26,7 +27,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "hunspell-ru, hunspell-en-us, xkb-data, libx11-data")
 if(KIVRA_DESKTOP)
   string(APPEND CPACK_DEBIAN_PACKAGE_DEPENDS
-         ", at-spi2-core, default-dbus-session-bus | dbus-session-bus")
+         ", qt6-wayland, at-spi2-core, default-dbus-session-bus | dbus-session-bus")
   # Used when they are there: the keychain, what opens pages, the offline translator.
   set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsecret-1-0, gnome-keyring | kwalletmanager, xdg-utils")
   set(CPACK_DEBIAN_PACKAGE_SUGGESTS "apertium")

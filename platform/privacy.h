@@ -36,8 +36,8 @@ class Privacy {
   /// line; mostly empty.
   virtual std::string impediment() { return {}; }
 
-  /// What this desktop has of all that the program needs, and what mends what it lacks: a line each,
-  /// for the user; nothing on a desktop that always has everything.
+  /// What this desktop has of all that the program needs, and what mends what it lacks: a line
+  /// each, for the user; nothing on a desktop that always has everything.
   virtual std::vector<std::string> diagnosis() { return {}; }
 };
 
