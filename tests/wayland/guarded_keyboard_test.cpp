@@ -128,6 +128,22 @@ TEST_P(EndOfGuard, LetsGoOfHeldKeysAndGivesTheKeyboardBack) {
   EXPECT_EQ(window.textAfter("Abпривет "), "Abпривет ");
 }
 
+TEST(GuardedKeyboard, AGuardMayStartWhereNobodyHasTypedYet) {
+  EnteredSway sway;
+  auto program = std::make_unique<ScriptedProgram>(sway.environment(), sway.path("guard.log"));
+  EXPECT_TRUE(program->isReady());
+  Hand hand;
+  const TextWindow window;
+  hand.type("ghbdtn ");
+  EXPECT_EQ(window.textAfter("привет "), "привет ");
+  // Its own keyboard, which is the last that was typed on, goes with a guard.
+  program.reset();
+  program = std::make_unique<ScriptedProgram>(sway.environment(), sway.path("guard.log"));
+  EXPECT_TRUE(program->isReady());
+  hand.type("ghbdtn ");
+  EXPECT_EQ(window.textAfter("привет привет "), "привет привет ");
+}
+
 TEST(GuardedKeyboard, AStoppedGuardGoesOnWithWhatWasTypedMeanwhile) {
   GuardedSession session;
   session.start();

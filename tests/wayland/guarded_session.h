@@ -15,7 +15,7 @@ namespace kivra::e2e {
 
 /// A compositor that is this process's as well from here on.
 struct EnteredSway : SwayServer {
-  explicit EnteredSway(const Options& options) : SwayServer(options) { enter(); }
+  explicit EnteredSway(const Options& options = {}) : SwayServer(options) { enter(); }
 };
 
 /// A compositor with a hand at its keyboard, a window that has the focus, and a program whose guard

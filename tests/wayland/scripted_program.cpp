@@ -101,7 +101,7 @@ pid_t ScriptedProgram::guardPid() const {
   const auto pid = std::to_string(watcher_->pid());
   std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
   pid_t child = 0;
-  children >> child;
+  if (!(children >> child)) throw std::runtime_error("there is no guard");
   return child;
 }
 

@@ -41,7 +41,8 @@ class ScriptedProgram {
   /// From now on no decision is answered.
   void stopAnswering() { isAnswering_ = false; }
 
-  /// The guard and the process that watches over it.
+  /// The guard, and the process that watches over it. Throws std::runtime_error when the guard has
+  /// ended: its number must not be taken for another's.
   pid_t guardPid() const;
   ChildProcess& watcher() { return *watcher_; }
   /// Ends as a program that is killed.

@@ -210,7 +210,7 @@ void TextWindow::Client::takeKey(std::uint32_t /*serial*/, std::uint32_t /*time*
   const auto evdev = static_cast<std::uint16_t>(key);
   const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
   const std::lock_guard lock(mutex_);
-  shown_.keys.push_back({evdev, isDown});
+  shown_.keys.push_back({evdev, isDown, std::chrono::steady_clock::now()});
   if (!isDown) {
     shown_.down.erase(evdev);
     return;

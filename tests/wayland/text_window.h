@@ -21,8 +21,7 @@ class TextWindow {
   struct Key {
     std::uint16_t evdev = 0;
     bool isDown = true;
-
-    bool operator==(const Key&) const = default;
+    std::chrono::steady_clock::time_point arrival{};
   };
 
   using Content = wayland::FieldWatch::Content;

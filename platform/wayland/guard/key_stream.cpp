@@ -4,26 +4,24 @@
 
 namespace kivra::wayland {
 
-bool KeyStream::setMap(const std::string& text) {
-  if (text != mapText_) {
-    auto map = compiledMap(text);
-    if (!map) return false;
-    const auto before = state_ ? state_->modifiers() : Modifiers();
-    mapText_ = text;
-    map_ = std::move(map);
-    keyMap_ = KeyMap(map_.get());
-    spares_ = SpareKeys(map_.get());
-    state_.emplace(map_);
-    for (std::uint16_t key = 0; key < guard::keyCount; ++key) {
-      if (down_.test(key)) state_->key(key, true);
-    }
-    auto now = state_->modifiers();
-    now.locked = before.locked;
-    now.group = before.group;
-    state_->set(now);
+void KeyStream::setMap(const std::string& text) {
+  isMapDue_ = true;
+  if (text == mapText_) return;
+  auto map = compiledMap(text);
+  if (!map) return;
+  const auto before = state_ ? state_->modifiers() : Modifiers();
+  mapText_ = text;
+  map_ = std::move(map);
+  keyMap_ = KeyMap(map_.get());
+  spares_ = SpareKeys(map_.get());
+  state_.emplace(map_);
+  for (std::uint16_t key = 0; key < guard::keyCount; ++key) {
+    if (down_.test(key)) state_->key(key, true);
   }
-  sendMap();
-  return true;
+  auto now = state_->modifiers();
+  now.locked = before.locked;
+  now.group = before.group;
+  state_->set(now);
 }
 
 bool KeyStream::isCapsLocked() const {
@@ -34,6 +32,7 @@ bool KeyStream::isCapsLocked() const {
 
 void KeyStream::send(std::uint16_t evdev, bool isDown) {
   if (!state_) return;
+  if (isMapDue_) sendMap();
   down_.set(evdev, isDown);
   outlet_.key(evdev, isDown);
   state_->key(evdev, isDown);
@@ -94,6 +93,7 @@ void KeyStream::follow(const Modifiers& explained, const Modifiers& told) {
 }
 
 void KeyStream::sendMap() {
+  isMapDue_ = false;
   outlet_.setMap(spares_.extended(mapText_));
   // The compositor takes the modifiers for what the keys that are down make of them, and tells the
   // application only what changes after that.
@@ -103,6 +103,7 @@ void KeyStream::sendMap() {
 }
 
 void KeyStream::sendModifiers() {
+  if (isMapDue_) return;
   auto modifiers = state_->modifiers();
   modifiers.depressed |= foreign_;
   if (modifiers == sent_) return;
@@ -116,7 +117,7 @@ void KeyStream::bindCharacters(const guard::Steps& steps) {
     const auto isCharacter = step.kind == guard::Step::Kind::character;
     if (isCharacter && spares_.bind(step.value)) isChanged = true;
   }
-  if (isChanged) sendMap();
+  if (isChanged) isMapDue_ = true;
 }
 
 }  // namespace kivra::wayland

@@ -19,15 +19,17 @@ class KeyStream {
  public:
   explicit KeyStream(KeyOutlet& outlet) : outlet_(outlet) {}
 
-  /// The compositor has this map, or may have put it in the place of the one that was sent. False
-  /// when it cannot be read: the one before stays.
-  bool setMap(const std::string& text);
+  /// The hands' keyboard has this map, or the compositor may have put another in the place of the
+  /// one that was sent: it goes out once more before the next key. A map that cannot be read is
+  /// left out of account.
+  void setMap(const std::string& text);
   const CompiledMap& map() const { return map_; }
 
   const KeyMap& keyMap() const { return keyMap_; }
   std::uint32_t group() const { return state_ ? state_->modifiers().group : 0; }
   bool isCapsLocked() const;
 
+  bool isDown(std::uint16_t evdev) const { return down_.test(evdev); }
   void send(std::uint16_t evdev, bool isDown);
   void type(const guard::Steps& steps);
   /// Lets go of every key that is down.
@@ -51,6 +53,7 @@ class KeyStream {
   KeyMap keyMap_;
   SpareKeys spares_;
   std::optional<ModifierState> state_;  // there is one as soon as there is a map
+  bool isMapDue_ = false;
   Modifiers sent_;
   std::uint32_t foreign_ = 0;  // modifiers held on keys that never came
   guard::KeySet down_;

@@ -19,12 +19,12 @@ std::uint32_t now() {
 }  // namespace
 
 VirtualKeyboard::VirtualKeyboard(Connection& connection, wl_seat* seat)
-    : connection_(connection),
-      seat_(seat),
-      manager_(connection.bind<zwp_virtual_keyboard_manager_v1>(
-                   zwp_virtual_keyboard_manager_v1_interface),
-               zwp_virtual_keyboard_manager_v1_destroy),
-      keyboard_(nullptr, zwp_virtual_keyboard_v1_destroy) {}
+    : connection_(connection), keyboard_(nullptr, zwp_virtual_keyboard_v1_destroy) {
+  const Owned<zwp_virtual_keyboard_manager_v1> manager(
+      connection.bind<zwp_virtual_keyboard_manager_v1>(zwp_virtual_keyboard_manager_v1_interface),
+      zwp_virtual_keyboard_manager_v1_destroy);
+  keyboard_.reset(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager.get(), seat));
+}
 
 void VirtualKeyboard::key(std::uint16_t evdev, bool isDown) {
   zwp_virtual_keyboard_v1_key(
@@ -48,9 +48,6 @@ void VirtualKeyboard::makeRoom() {
 }
 
 void VirtualKeyboard::setMap(const std::string& text) {
-  if (!keyboard_) {
-    keyboard_.reset(zwp_virtual_keyboard_manager_v1_create_virtual_keyboard(manager_.get(), seat_));
-  }
   const auto size = text.size() + 1;
   const int fd = ::memfd_create("keymap", MFD_CLOEXEC);
   if (::write(fd, text.c_str(), size) == static_cast<ssize_t>(size)) {

@@ -17,16 +17,12 @@ class VirtualKeyboard : public KeyOutlet {
 
   void key(std::uint16_t evdev, bool isDown) override;
   void modifiers(const Modifiers& modifiers) override;
-  /// With the first map the compositor gets the keyboard: without other keyboards it would take it
-  /// for one of the hands'.
   void setMap(const std::string& text) override;
 
  private:
   void makeRoom();
 
   Connection& connection_;
-  wl_seat* seat_;
-  Owned<zwp_virtual_keyboard_manager_v1> manager_;
   Owned<zwp_virtual_keyboard_v1> keyboard_;
   int unsent_ = 0;  // requests, at most
 };

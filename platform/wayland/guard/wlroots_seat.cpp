@@ -42,13 +42,17 @@ WlrootsSeat::WlrootsSeat()
       .key = Calls<&WlrootsSeat::takeKey>{},
       .modifiers = Calls<&WlrootsSeat::takeModifiers>{},
       .repeat_info = Calls<&WlrootsSeat::takeRepeatInfo>{}};
-  // The last thing to be done: from here on keys come.
+  // The last thing to be done: from here on keys come. sway 1.7 ends with a fault when a seat that
+  // has no keyboard is grabbed; it has the virtual one now.
   grab_.reset(zwp_input_method_v2_grab_keyboard(method_.get()));
   zwp_input_method_keyboard_grab_v2_add_listener(grab_.get(), &grabListener, this);
   connection_.flush();
 }
 
 WlrootsSeat::~WlrootsSeat() {
+  // With the input method its grab ends. What has been on its way goes on.
+  method_.reset();
+  connection_.roundtrip();
   stream_.release();
   connection_.flush();
 }
@@ -116,11 +120,15 @@ void WlrootsSeat::takeKey(std::uint32_t /*serial*/, std::uint32_t time, std::uin
 }
 
 void WlrootsSeat::handKey(const guard::SeatKey& key) {
-  if (!hands_ || listener_ == nullptr) return;
-  tellFocus();
+  if (!hands_) return;
   hands_->key(key.evdev, key.isDown);
   held_.set(key.evdev, key.isDown);
-  listener_->key(key);
+  if (listener_ != nullptr) {
+    tellFocus();
+    listener_->key(key);
+  } else if (stream_.isDown(key.evdev) != key.isDown) {
+    stream_.send(key.evdev, key.isDown);
+  }
 }
 
 void WlrootsSeat::takeModifiers(std::uint32_t /*serial*/, std::uint32_t depressed,
