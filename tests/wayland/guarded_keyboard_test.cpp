@@ -48,8 +48,7 @@ TEST(GuardedKeyboard, ALayoutKeyCountsFromTheLayoutThatWasSelectedLast) {
   toggleLayout(hand);
   hand.type("a");
   EXPECT_EQ(window.textAfter("фa"), "фa");
-  // The session's switcher selects the second one for the keyboards, which then have it already.
-  program->post({postedGroup(0)});
+  // The session's switcher selects for the keyboards what they have already.
   hand.selectGroup(0);
   hand.selectGroup(1);
   hand.type("a");
@@ -221,6 +220,15 @@ TEST(GuardedKeyboard, AnotherInputMethodIsToldOf) {
   EXPECT_FALSE(second.isReady());
   EXPECT_EQ(second.count(ReportKind::unavailable), 1);
   EXPECT_NE(session.sway.readFile("second.log").find("другой метод ввода"), std::string::npos);
+}
+
+TEST(GuardedKeyboard, WhereThereIsNoDisplayTheGuardSaysSo) {
+  const SwayServer sway;
+  auto environment = sway.environment();
+  environment.erase("WAYLAND_DISPLAY");
+  const ScriptedProgram program(environment, sway.path("guard.log"));
+  EXPECT_EQ(program.count(ReportKind::unavailable), 1);
+  EXPECT_NE(sway.readFile("guard.log").find("нет ни композитора Wayland"), std::string::npos);
 }
 
 TEST(GuardedKeyboard, EndsWithTheCompositor) {

@@ -34,7 +34,10 @@ struct GuardedSession {
   /// For one that is told of nothing.
   ScriptedProgram& startUnheard() {
     program.reset();
+    // Without an input method nobody asks applications for their fields.
+    const auto entries = window.fieldEntries();
     program = std::make_unique<ScriptedProgram>(sway.environment(), sway.path("guard.log"));
+    if (window.isField()) waitFor([&] { return window.fieldEntries() > entries; });
     return *program;
   }
 

@@ -42,6 +42,9 @@ class Hand {
   /// A desktop's own switcher selects another layout for this keyboard.
   void selectGroup(std::uint32_t group);
 
+  /// Waits until the compositor has had all the keys.
+  void settle() { connection_.roundtrip(); }
+
  private:
   void key(std::uint16_t evdev, bool isDown);
 

@@ -25,6 +25,8 @@ using guard::ReportKind;
 
 namespace {
 
+using namespace std::chrono_literals;
+
 template <class Key>
 void append(std::vector<Key>& keys, const std::vector<Key>& more) {
   keys.insert(keys.end(), more.begin(), more.end());
@@ -95,6 +97,20 @@ void ScriptedProgram::replaceWordsBy(std::vector<PostedKey> keys) {
 
 void ScriptedProgram::post(const std::vector<PostedKey>& keys) const {
   send(FrameKind::postedKeys, {.kind = OrderKind::post}, std::as_bytes(std::span(keys)));
+}
+
+bool ScriptedProgram::settleInSecret() const {
+  // Posts are refused there. The guard reads keys before posts, and hands all over before it waits
+  // for the next.
+  for (int round = 0; round < 2; ++round) {
+    const auto before = count(ReportKind::refused);
+    const auto isRefused = [&] {
+      post({postedGroup(0)});
+      return waitFor([&] { return count(ReportKind::refused) > before; }, 200ms);
+    };
+    if (!waitFor(isRefused)) return false;
+  }
+  return true;
 }
 
 pid_t ScriptedProgram::guardPid() const {

@@ -38,6 +38,10 @@ class ScriptedProgram {
   /// Posts outside a decision.
   void post(const std::vector<guard::PostedKey>& keys) const;
 
+  /// Waits until the guard has passed on all that the compositor had sent, where it reports
+  /// nothing. False when it does.
+  bool settleInSecret() const;
+
   /// From now on no decision is answered.
   void stopAnswering() { isAnswering_ = false; }
 

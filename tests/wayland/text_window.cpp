@@ -52,11 +52,13 @@ class TextWindow::Client {
     std::vector<Key> keys;
     std::set<std::uint16_t> down;
     bool hasFocus = false;
+    int fieldEntries = 0;
   };
   Shown shown() const {
     const std::lock_guard lock(mutex_);
     return shown_;
   }
+  bool isField() const { return field_ != nullptr; }
   void clear() {
     const std::lock_guard lock(mutex_);
     shown_.text.clear();
@@ -78,6 +80,7 @@ class TextWindow::Client {
   void takeModifiers(std::uint32_t serial, std::uint32_t depressed, std::uint32_t latched,
                      std::uint32_t locked, std::uint32_t group);
   void enterField(wl_surface* surface);
+  void noteEntry(std::uint32_t serial);
 
   std::optional<Content> content_;
   wayland::Connection connection_;
@@ -90,6 +93,7 @@ class TextWindow::Client {
   Owned<wl_buffer> buffer_{nullptr, wl_buffer_destroy};
   Owned<wl_keyboard> keyboard_{nullptr, wl_keyboard_destroy};
   Owned<zwp_text_input_v3> field_{nullptr, zwp_text_input_v3_destroy};
+  Owned<wl_callback> taken_{nullptr, wl_callback_destroy};
   wayland::CompiledMap map_;
   std::unique_ptr<xkb_state, void (*)(xkb_state*)> state_{nullptr, xkb_state_unref};
   mutable std::mutex mutex_;
@@ -235,6 +239,14 @@ void TextWindow::Client::enterField(wl_surface* /*surface*/) {
   zwp_text_input_v3_enable(field_.get());
   zwp_text_input_v3_set_content_type(field_.get(), content_->hints, content_->purpose);
   zwp_text_input_v3_commit(field_.get());
+  static constexpr wl_callback_listener listener = {.done = Calls<&Client::noteEntry>{}};
+  taken_ = connection_.sync();
+  wl_callback_add_listener(taken_.get(), &listener, this);
+}
+
+void TextWindow::Client::noteEntry(std::uint32_t /*serial*/) {
+  const std::lock_guard lock(mutex_);
+  ++shown_.fieldEntries;
 }
 
 TextWindow::TextWindow(std::optional<Content> content)
@@ -261,6 +273,8 @@ std::string TextWindow::text() const { return client_->shown().text; }
 std::vector<TextWindow::Key> TextWindow::keys() const { return client_->shown().keys; }
 bool TextWindow::hasFocus() const { return client_->shown().hasFocus; }
 bool TextWindow::isAnyKeyDown() const { return !client_->shown().down.empty(); }
+bool TextWindow::isField() const { return client_->isField(); }
+int TextWindow::fieldEntries() const { return client_->shown().fieldEntries; }
 void TextWindow::clear() { client_->clear(); }
 
 }  // namespace kivra::e2e

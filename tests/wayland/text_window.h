@@ -39,6 +39,10 @@ class TextWindow {
   std::vector<Key> keys() const;
   bool hasFocus() const;
   bool isAnyKeyDown() const;
+  /// Whether it tells the input method of itself.
+  bool isField() const;
+  /// How often the compositor has learnt from the field that it has the focus.
+  int fieldEntries() const;
   void clear();
 
  private:

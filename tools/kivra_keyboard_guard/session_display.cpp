@@ -1,14 +1,30 @@
 #include "session_display.h"
 
+#include <cstdlib>
+#include <stdexcept>
+
 #include "platform/wayland/guard/wlroots_guard_display.h"
 #include "platform/wayland/guard/wlroots_seat.h"
 #include "platform/x11/guard/x11_guard_display.h"
 
 namespace kivra {
 
+namespace {
+
+guard::GuardDisplay noDisplay() {
+  constexpr auto why =
+      "нет ни композитора Wayland, который даёт программам клавиатуру, ни X-сервера (DISPLAY)";
+  return {.openSeat = []() -> std::unique_ptr<guard::Seat> { throw std::runtime_error(why); },
+          .openRescue = []() -> std::unique_ptr<guard::KeyboardRescue> {
+            throw std::runtime_error(why);
+          }};
+}
+
+}  // namespace
+
 guard::GuardDisplay sessionDisplay() {
-  return wayland::WlrootsSeat::isOffered() ? wayland::wlrootsGuardDisplay()
-                                           : x11::x11GuardDisplay();
+  if (wayland::WlrootsSeat::isOffered()) return wayland::wlrootsGuardDisplay();
+  return std::getenv("DISPLAY") == nullptr ? noDisplay() : x11::x11GuardDisplay();
 }
 
 }  // namespace kivra

@@ -43,6 +43,9 @@ class Connection {
   /// not answer in time.
   bool roundtrip(std::chrono::milliseconds patience = std::chrono::seconds(5));
 
+  /// Is done when the compositor has done everything that was asked of it before.
+  Owned<wl_callback> sync() { return {wl_display_sync(display_.get()), wl_callback_destroy}; }
+
   /// Tells the listeners what has come, without waiting; false when the compositor is gone.
   bool dispatch();
 

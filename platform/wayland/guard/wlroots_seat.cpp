@@ -54,7 +54,8 @@ WlrootsSeat::~WlrootsSeat() {
   method_.reset();
   connection_.roundtrip();
   stream_.release();
-  connection_.flush();
+  // Of a client that is gone compositors read nothing any more.
+  connection_.roundtrip();
 }
 
 bool WlrootsSeat::isOffered() try {
