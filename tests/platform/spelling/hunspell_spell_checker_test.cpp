@@ -7,6 +7,8 @@
 #include <fstream>
 #include <string>
 
+#include "platform/spell_checker_contract.h"
+
 namespace kivra {
 namespace {
 
@@ -19,37 +21,44 @@ constexpr std::string_view freq =
     "kivra frequencies 1\ncorrect\t40\t17\nletter\t40\t17\nletters\t20\t17\nwednesday\t30\t18\n"
     "cat\t30\t17\nkubectl\t30\t17\nyellow\t30\t17\n";
 
-class HunspellSpellCheckerTest : public testing::Test {
- protected:
-  HunspellSpellCheckerTest() {
+/// A folder of dictionaries that lasts for a test.
+class DictionaryFolder {
+ public:
+  DictionaryFolder() {
     const auto* test = testing::UnitTest::GetInstance()->current_test_info();
     root_ = fs::temp_directory_path() /
             ("kivra-speller-" + std::to_string(getpid()) + "-" + test->name());
     fs::create_directories(root_);
   }
-  ~HunspellSpellCheckerTest() override { fs::remove_all(root_); }
+  ~DictionaryFolder() { fs::remove_all(root_); }
+  DictionaryFolder(const DictionaryFolder&) = delete;
+  DictionaryFolder& operator=(const DictionaryFolder&) = delete;
 
-  void write(const std::string& name, std::string_view text) {
+  void write(const std::string& name, std::string_view text) const {
     std::ofstream(root_ / name, std::ios::binary) << text;
   }
 
-  void writeEnglish() {
+  void writeEnglish() const {
     write("en_US.aff", aff);
     write("en_US.dic", dic);
     write("en.freq", freq);
   }
 
-  HunspellSpellChecker::Options options() {
+  HunspellSpellChecker::Options options() const {
     return {{"ru", "en"}, {root_}, {root_}, root_ / "cache"};
   }
 
+ protected:
+  fs::path root_;
+};
+
+class HunspellSpellCheckerTest : public testing::Test, protected DictionaryFolder {
+ protected:
   Names offered() {
     HunspellSpellChecker checker(options());
     checker.waitUntilLoaded();
     return checker.availableLanguages();
   }
-
-  fs::path root_;
 };
 
 bool isValid(SpellChecker& checker, std::string_view word, std::string_view language = "en_US") {
@@ -124,9 +133,15 @@ TEST_F(HunspellSpellCheckerTest, checksTheWordsInAString) {
   EXPECT_TRUE(isValid(checker, "kubectl"));
   EXPECT_FALSE(isValid(checker, "zyx"));
   EXPECT_FALSE(isValid(checker, "wednesdey"));
-  EXPECT_EQ(checker.checkSpellingOfString("cat qqq, cat vvv", 0, "en_US", 1), (TextRange{4, 3}));
-  EXPECT_EQ(checker.checkSpellingOfString("cat qqq, cat vvv", 5, "en_US", 1), (TextRange{13, 3}));
-  EXPECT_FALSE(checker.checkSpellingOfString("qqq", 0, "de_DE", 1));
+  const auto misspelled = [&](std::string_view text, std::size_t from) {
+    return checker.checkSpellingOfString(text, from, "en_US", 1);
+  };
+  EXPECT_EQ(misspelled("cat qqq, cat vvv", 0), (TextRange{4, 3}));
+  EXPECT_EQ(misspelled("cat qqq, cat vvv", 5), (TextRange{13, 3}));
+  EXPECT_EQ(misspelled("cat qqq, cat", 9), std::nullopt) << "without wrapping around";
+  EXPECT_EQ(misspelled("qqq", 100), std::nullopt);
+  EXPECT_EQ(misspelled("\U0001F600 cat qqq", 0), (TextRange{7, 3})) << "in units of UTF-16";
+  EXPECT_EQ(checker.correctionForWordRange({4, 6}, "cat corect, cat", "en_US", 1), "correct");
 }
 
 TEST_F(HunspellSpellCheckerTest, correctsInTheCaseOfTheWord) {
@@ -181,10 +196,21 @@ TEST_F(HunspellSpellCheckerTest, worksWithoutCacheAndFrequencies) {
   EXPECT_FALSE(isValid(checker, "corect"));
 }
 
-TEST_F(HunspellSpellCheckerTest, tagsAreNeverRepeated) {
-  HunspellSpellChecker checker(options());
-  EXPECT_NE(checker.uniqueSpellDocumentTag(), checker.uniqueSpellDocumentTag());
-}
+class InstalledWords {
+ public:
+  InstalledWords() {
+    folder_.writeEnglish();
+    folder_.write("ru_RU.aff", "SET UTF-8\n");
+    folder_.write("ru_RU.dic", "1\nкошка\n");
+    checker_.waitUntilLoaded();
+  }
+  SpellChecker& checker() { return checker_; }
+
+ private:
+  DictionaryFolder folder_;
+  HunspellSpellChecker checker_{folder_.options()};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Hunspell, SpellCheckerContract, InstalledWords);
 
 }  // namespace
 }  // namespace kivra
