@@ -51,10 +51,10 @@ class Window {
   virtual void setContent(View content) = 0;
   virtual void setContentSize(WindowSize size) = 0;
   virtual void center() = 0;
-  virtual void setAlphaValue(double alpha) = 0;
+  virtual void setAlphaValue(double alpha) = 0;  ///< at 0 it is not on the screen
   virtual void setLevel(int level) = 0;
   virtual void makeKeyAndOrderFront() = 0;
-  virtual void orderBack() = 0;
+  virtual void orderBack() = 0;  ///< behind the others, if it is on the screen
 
   /// Hides the window, which keeps its content and its place.
   virtual void close() = 0;

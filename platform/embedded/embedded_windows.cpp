@@ -10,7 +10,7 @@ namespace kivra::embedded {
 namespace {
 
 void closeWindow(WindowState& state) {
-  if (!std::exchange(state.isInFront, false)) return;
+  if (!std::exchange(state.isShown, false)) return;
   const auto handler = state.closeHandler;
   if (handler) handler();
 }
@@ -24,10 +24,13 @@ class EmbeddedWindows::EmbeddedWindow : public Window {
   void setContent(View content) override { state_->content = std::move(content); }
   void setContentSize(WindowSize size) override { state_->attributes.contentSize = size; }
   void center() override {}
-  void setAlphaValue(double alpha) override { state_->attributes.alphaValue = alpha; }
+  void setAlphaValue(double alpha) override {
+    state_->attributes.alphaValue = alpha;
+    if (alpha <= 0) state_->isShown = false;
+  }
   void setLevel(int level) override { state_->level = level; }
-  void makeKeyAndOrderFront() override { state_->isInFront = true; }
-  void orderBack() override { state_->isInFront = false; }
+  void makeKeyAndOrderFront() override { state_->isShown = state_->attributes.alphaValue > 0; }
+  void orderBack() override {}  // there is no order to see
   void close() override { closeWindow(*state_); }
   void setCloseHandler(std::function<void()> handler) override {
     state_->closeHandler = std::move(handler);
@@ -55,7 +58,7 @@ Json EmbeddedWindows::toJson(const std::string& name) const {
       window ? window->attributes.contentSize.value_or(sizeOf(content)) : WindowSize();
   return {{"name", name},
           {"title", window ? window->attributes.title : ""},
-          {"open", window && window->isInFront},
+          {"open", window && window->isShown},
           {"size", Json::array({size.width, size.height})},
           {"content", viewJson(content)}};
 }

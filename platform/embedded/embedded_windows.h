@@ -16,7 +16,7 @@ struct WindowState {
   WindowAttributes attributes;
   View content;
   int level = window_levels::normal;
-  bool isInFront = false;
+  bool isShown = false;
   std::function<void()> closeHandler;
 };
 

@@ -98,7 +98,7 @@ TEST_F(AppDelegateTest, MakesOneSettingsWindowHoweverOftenItIsAskedFor) {
   EXPECT_FALSE(isSecondMade);
   const auto window = desktop_.windows.find("settings");
   ASSERT_NE(window, nullptr);
-  EXPECT_TRUE(window->isInFront);
+  EXPECT_TRUE(window->isShown);
   services_.showSettingsWindow();
   EXPECT_EQ(desktop_.windows.find("settings"), window);
 }

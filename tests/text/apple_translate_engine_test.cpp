@@ -71,7 +71,7 @@ TEST_F(AppleTranslateEngineTest, ShowsThePanelWhileAPackIsFetched) {
   EXPECT_EQ(state->attributes.contentSize, (WindowSize{420, 140}));
   EXPECT_EQ(state->attributes.alphaValue, 1);
   EXPECT_EQ(state->level, 3);
-  EXPECT_TRUE(state->isInFront);
+  EXPECT_TRUE(state->isShown);
   ASSERT_EQ(state->content.children.size(), 3U);
   EXPECT_EQ(state->content.children[0].text, "Kivra — Apple Translate");
   EXPECT_EQ(state->content.children[1].text,
@@ -81,7 +81,7 @@ TEST_F(AppleTranslateEngineTest, ShowsThePanelWhileAPackIsFetched) {
   EXPECT_EQ(state->attributes.contentSize, (WindowSize{1, 1}));
   EXPECT_EQ(state->attributes.alphaValue, 0);
   EXPECT_EQ(state->level, 0);
-  EXPECT_FALSE(state->isInFront);
+  EXPECT_FALSE(state->isShown);
   desktop_.time.serve();
   EXPECT_TRUE(state->content.kind == ViewKind::empty);
 }

@@ -102,7 +102,7 @@ void User::close(const std::string& window) {
 
 const View& User::content(const std::string& window) const {
   const auto state = desktop_.windows.find(window);
-  if (!state || !state->isInFront) throw ScriptError("the window is not open: " + window);
+  if (!state || !state->isShown) throw ScriptError("the window is not open: " + window);
   return state->content;
 }
 
