@@ -59,7 +59,7 @@ class EventTapsContract : public ::testing::Test {
     const auto source = backend_.posting().eventSourceCreate(0);
     for (const auto down : {true, false}) {
       auto event = backend_.posting().createKeyboardEvent(*source, key, down);
-      ASSERT_EQ(event, (KeyboardEvent{.keyCode = key, .down = down}));
+      ASSERT_EQ(event, (KeyboardEvent{.keyCode = key, .down = down, .unicodeString = {}}));
       event->flags = flags;
       event->userData = 7;
       event->unicodeString = text;
