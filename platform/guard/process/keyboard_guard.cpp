@@ -3,26 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/events.h"
 #include "platform/guard/process/key_script.h"
-#include "platform/xkb/virtual_keys.h"
 
 namespace kivra::guard {
 
 namespace {
 
-// A key that the table of virtual keys does not know: it has no character in any layout.
-constexpr std::uint16_t unknownKey = 0xFFFF;
-
 constexpr std::uint16_t noKey = 0;
-
-// The Fn key of the platform's own keyboards.
-constexpr std::uint16_t fnKey = 63;
-
-constexpr std::uint64_t chordFlags =
-    event_flags::shift | event_flags::control | event_flags::option | event_flags::command;
-
-std::uint16_t virtualKeyOf(std::uint16_t evdev) { return virtualKey(evdev).value_or(unknownKey); }
 
 }  // namespace
 
@@ -59,7 +46,7 @@ void KeyboardGuard::key(const SeatKey& key) {
 }
 
 void KeyboardGuard::focusMoved() {
-  waiting_.emplace_back(Happening::wordBroken);
+  waiting_.emplace_back(ReportKind::wordBroken);
   // What is left of a script would be typed somewhere else.
   breakOff();
   run();
@@ -69,7 +56,7 @@ void KeyboardGuard::secrecyChanged(bool isSecret) {
   if (reports_.isSecret() == isSecret) return;
   reports_.setSecret(isSecret);
   if (!isSecret) {
-    add(Happening::wordBroken);
+    add(ReportKind::wordBroken);
     return;
   }
   breakOff();
@@ -87,7 +74,7 @@ void KeyboardGuard::handle(const OrderMessage& message) {
       run();
       break;
     case OrderKind::setConsumable:
-      consumable_ = message.chords;
+      reporter_.setConsumable(message.chords);
       break;
     case OrderKind::enable:
     case OrderKind::disable:
@@ -137,7 +124,7 @@ void KeyboardGuard::run() {
     if (const auto* key = std::get_if<SeatKey>(&item)) {
       process(*key);
     } else {
-      process(std::get<Happening>(item));
+      reporter_.tellEndOfWord(std::get<ReportKind>(item));
     }
   }
 }
@@ -187,102 +174,15 @@ bool KeyboardGuard::isRefused(const OrderMessage& message) const {
 
 void KeyboardGuard::process(const SeatKey& key) {
   keys_.turn(key);
-  if (key.isRepeat) {
-    repeat(key);
-  } else if (key.isDown) {
-    press(key);
+  if (reporter_.tell(key, !isFlooded())) {
+    decision_ = {.number = reports_.number(), .key = key, .deadline = now_ + decisionTime};
   } else {
-    release(key);
+    keys_.pass(key);
   }
-}
-
-void KeyboardGuard::process(Happening happening) {
-  switch (happening) {
-    case Happening::wordBroken:
-      reports_.event({.kind = ReportKind::wordBroken});
-      break;
-    case Happening::leftButton:
-      reports_.event({.kind = ReportKind::leftMouseDown, .flags = keys_.flags()});
-      break;
-    case Happening::rightButton:
-      reports_.event({.kind = ReportKind::rightMouseDown, .flags = keys_.flags()});
-      break;
-  }
-  reports_.changedAt(reports_.number());
-  isMidWord_ = false;
-}
-
-void KeyboardGuard::press(const SeatKey& key) {
-  repeat_ = 0;
-  const auto flags = keys_.flags();
-  const auto isModifier = seat_.keyMap().isModifier(key.evdev, flags);
-  isLone_ = isModifier;
-  if (isModifier) {
-    reports_.event(modifierChange(key));
-  } else if (!keys_.isDown(key.evdev)) {
-    if (pressTyping(key, flags)) return;
-    reports_.changedAt(reports_.number());
-  }
-  keys_.pass(key);
-}
-
-bool KeyboardGuard::pressTyping(const SeatKey& key, std::uint64_t flags) {
-  Report down{.kind = ReportKind::keyDown, .keyCode = virtualKeyOf(key.evdev), .flags = flags};
-  const auto endsWord = isConsumable(down.keyCode, flags);
-  if (endsWord && reports_.isOn() && !isFlooded()) {
-    isMidWord_ = false;
-    if (decide(key, down)) return true;
-  }
-  // What ends the word unasked, and the rest of a word whose beginning is not known, is not the
-  // program's to mend: it would mend a part.
-  if (endsWord || isMidWord_) down.keyCode = unknownKey;
-  const auto isTold = reports_.event(down);
-  isMidWord_ = !endsWord && (isMidWord_ || !isTold);
-  return false;
-}
-
-void KeyboardGuard::release(const SeatKey& key) {
-  if (seat_.keyMap().flag(key.evdev) != 0) {
-    const auto change = modifierChange(key);
-    // Modifiers tapped alone may stand for something, a word's undo for one, which then has its
-    // place before the next key.
-    if (isLone_ && decide(key, change)) return;
-    if (!isLone_) reports_.event(change);
-  }
-  keys_.pass(key);
-}
-
-void KeyboardGuard::repeat(const SeatKey& key) {
-  const auto isTyped =
-      keys_.isDown(key.evdev) && !seat_.keyMap().isModifier(key.evdev, keys_.flags());
-  if (isTyped) {
-    if (std::exchange(repeat_, key.evdev) != key.evdev) {
-      reports_.event({.kind = ReportKind::wordBroken});
-    }
-    reports_.changedUntold();
-  }
-  keys_.pass(key);
-}
-
-bool KeyboardGuard::decide(const SeatKey& key, Report report) {
-  report.awaitsVerdict = true;
-  if (!reports_.event(report)) return false;
-  decision_ = {.number = reports_.number(), .key = key, .deadline = now_ + decisionTime};
-  return true;
-}
-
-Report KeyboardGuard::modifierChange(const SeatKey& key) const {
-  const auto isFn = seat_.keyMap().flag(key.evdev) == event_flags::fn;
-  return {.kind = ReportKind::flagsChanged,
-          .keyCode = isFn ? fnKey : virtualKeyOf(key.evdev),
-          .flags = keys_.flags()};
-}
-
-bool KeyboardGuard::isConsumable(std::uint16_t keyCode, std::uint64_t flags) const {
-  return std::ranges::find(consumable_, Chord{keyCode, flags & chordFlags}) != consumable_.end();
 }
 
 bool KeyboardGuard::isFlooded() const {
+  if (waiting_.size() <= mostWaiting) return false;
   return static_cast<std::size_t>(std::ranges::count_if(waiting_, [](const Item& item) {
            const auto* key = std::get_if<SeatKey>(&item);
            return key != nullptr && key->isDown;

@@ -6,10 +6,10 @@
 #include <deque>
 #include <optional>
 #include <variant>
-#include <vector>
 
 #include "platform/guard/process/guard_channel.h"
 #include "platform/guard/process/guard_reports.h"
+#include "platform/guard/process/key_reporter.h"
 #include "platform/guard/process/script_player.h"
 #include "platform/guard/process/seat.h"
 #include "platform/guard/process/seat_keys.h"
@@ -50,9 +50,9 @@ class KeyboardGuard : public SeatListener {
   void letGo();
 
   void key(const SeatKey& key) override;
-  void foreignKey() override { add(Happening::wordBroken); }
+  void foreignKey() override { add(ReportKind::wordBroken); }
   void button(bool isRight) override {
-    add(isRight ? Happening::rightButton : Happening::leftButton);
+    add(isRight ? ReportKind::rightMouseDown : ReportKind::leftMouseDown);
   }
   void focusMoved() override;
   void secrecyChanged(bool isSecret) override;
@@ -62,8 +62,7 @@ class KeyboardGuard : public SeatListener {
  private:
   friend class GuardState;  // of the test that tells equal states from others
 
-  enum class Happening : std::uint8_t { wordBroken, leftButton, rightButton };
-  using Item = std::variant<SeatKey, Happening>;
+  using Item = std::variant<SeatKey, ReportKind>;  // a key, or what ends the word
 
   struct Decision {
     std::uint32_t number = 0;
@@ -90,28 +89,17 @@ class KeyboardGuard : public SeatListener {
   bool isRefused(const OrderMessage& message) const;
 
   void process(const SeatKey& key);
-  void process(Happening happening);
-  void press(const SeatKey& key);
-  bool pressTyping(const SeatKey& key, std::uint64_t flags);
-  void release(const SeatKey& key);
-  void repeat(const SeatKey& key);
-  bool decide(const SeatKey& key, Report report);
-  Report modifierChange(const SeatKey& key) const;
-  bool isConsumable(std::uint16_t keyCode, std::uint64_t flags) const;
   bool isFlooded() const;
 
   Seat& seat_;
   GuardChannel& channel_;
   GuardReports reports_;
   SeatKeys keys_{seat_};
+  KeyReporter reporter_{seat_, keys_, reports_};
   ScriptPlayer player_{keys_};
   std::deque<Item> waiting_;
   std::optional<Decision> decision_;
   std::deque<Post> posts_;
-  std::vector<Chord> consumable_;
-  bool isLone_ = false;       // a modifier has been pressed, and no other key since
-  bool isMidWord_ = false;    // the program has not been told of all of the word
-  std::uint16_t repeat_ = 0;  // the key whose repeats have been reported
   Clock::time_point now_;
 };
 

@@ -58,7 +58,8 @@ class GuardState {
       for (const auto& step : script.body) digest.add(step.kind).add(step.value);
       for (const auto& step : script.after) digest.add(step.kind).add(step.value);
     }
-    digest.add(guard.isLone_).add(guard.isMidWord_).add(guard.repeat_);
+    const auto& reporter = guard.reporter_;
+    digest.add(reporter.isLone_).add(reporter.isMidWord_).add(reporter.repeat_);
     digest.add(guard.keys_.held()).add(guard.keys_.down());
     const auto& reports = guard.reports_;
     digest.add(reports.lastChange_ - number);
