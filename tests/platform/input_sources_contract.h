@@ -56,7 +56,7 @@ TYPED_TEST_P(InputSourcesContract, TranslatesKeysInEachLayout) {
 
 TYPED_TEST_P(InputSourcesContract, KeysPostedAfterASelectionMeetIt) {
   this->tap(0, nullptr);
-  for (const std::size_t index : {0, 1, 0, 1}) {
+  for (const std::size_t index : {0U, 1U, 0U, 1U}) {
     this->sources().selectInputSource(*this->source(index));
     this->post(key_codes::a);
   }
