@@ -26,7 +26,8 @@ void toggleLayout(Hand& hand) {
 TEST(GuardedKeyboard, ModifiersLocksAndLayoutsAreThoseOfTheHands) {
   GuardedSession session(layoutKey);
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
   hand.press(KEY_LEFTSHIFT);
   hand.type("ab");
   hand.release(KEY_LEFTSHIFT);
@@ -41,7 +42,9 @@ TEST(GuardedKeyboard, ModifiersLocksAndLayoutsAreThoseOfTheHands) {
 TEST(GuardedKeyboard, ALayoutKeyCountsFromTheLayoutThatWasSelectedLast) {
   GuardedSession session(layoutKey);
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
+  auto& program = session.program;
   program->post({postedGroup(1)});
   program->post(postedTap(KEY_A));
   ASSERT_EQ(window.textAfter("ф"), "ф");
@@ -59,7 +62,9 @@ TEST(GuardedKeyboard, ALayoutKeyCountsFromTheLayoutThatWasSelectedLast) {
 TEST(GuardedKeyboard, CharactersThatNoLayoutHasLeaveTheStateOfTheKeyboardAsItIs) {
   GuardedSession session;
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
+  auto& program = session.program;
   hand.selectGroup(1);
   hand.tap(KEY_CAPSLOCK);
   hand.type("a");
@@ -88,7 +93,8 @@ TEST(GuardedKeyboard, MoreCharactersThanTheMapHasSpareKeysAllCome) {
 
 TEST(GuardedKeyboard, KeysHeldSinceBeforeTheGuardStaySoAndComeUp) {
   GuardedSession session;
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
   hand.press(KEY_LEFTSHIFT);
   hand.press(KEY_A);
   session.start();
@@ -107,7 +113,9 @@ INSTANTIATE_TEST_SUITE_P(Signals, EndOfGuard, testing::Values(0, SIGKILL));
 TEST_P(EndOfGuard, LetsGoOfHeldKeysAndGivesTheKeyboardBack) {
   GuardedSession session;
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
+  auto& program = session.program;
   hand.press(KEY_LEFTSHIFT);
   hand.press(KEY_A);
   ASSERT_EQ(window.textAfter("A"), "A");
@@ -162,7 +170,9 @@ TEST(GuardedKeyboard, AProgramThatDoesNotAnswerKeepsNothing) {
 TEST(GuardedKeyboard, AKeyThatApplicationsRepeatBreaksTheWord) {
   GuardedSession session({.moreConfig = "input * repeat_delay 200"});
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
+  auto& program = session.program;
   hand.type("gh");
   EXPECT_EQ(window.textAfter("gh"), "gh");
   program->clear();
@@ -177,7 +187,10 @@ TEST(GuardedKeyboard, AKeyThatApplicationsRepeatBreaksTheWord) {
 TEST(GuardedKeyboard, AReloadedConfigurationChangesNothing) {
   GuardedSession session;
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& sway = session.sway;
+  auto& hand = session.hand;
+  auto& window = session.window;
+  auto& program = session.program;
   hand.type("ghbdtn ");
   ASSERT_EQ(window.textAfter("привет "), "привет ");
   program->post({postedCharacter(0x2014)});
@@ -192,7 +205,8 @@ TEST(GuardedKeyboard, AReloadedConfigurationChangesNothing) {
 TEST(GuardedKeyboard, AKeyboardWithAnotherMapTypesWhatItMeansAndBreaksTheWord) {
   GuardedSession session;
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
   Hand french(mapOf("fr"));
   hand.type("gh");
   ASSERT_EQ(window.textAfter("gh"), "gh");
@@ -206,11 +220,22 @@ TEST(GuardedKeyboard, AKeyboardWithAnotherMapTypesWhatItMeansAndBreaksTheWord) {
 TEST(GuardedKeyboard, AModifierWhoseReleaseTheCompositorKeepsIsLetGoOf) {
   GuardedSession session({.moreConfig = "bindsym --release Super_L nop"});
   session.start();
-  auto& [sway, hand, window, program] = session;
+  auto& hand = session.hand;
+  auto& window = session.window;
   hand.tap(KEY_LEFTMETA);
   hand.type("ghbdtn ");
   EXPECT_EQ(window.textAfter("привет "), "привет ");
   EXPECT_TRUE(waitFor([&] { return !window.isAnyKeyDown(); }));
+}
+
+TEST(GuardedKeyboard, AKeyWhoseReleaseTheCompositorKeepsCanBeTypedAgain) {
+  GuardedSession session({.moreConfig = "bindsym --release Mod4+b nop"});
+  session.start();
+  session.hand.press(KEY_LEFTMETA);
+  session.hand.tap(KEY_B);
+  session.hand.release(KEY_LEFTMETA);
+  session.hand.type(" ghbdtn ");
+  EXPECT_EQ(session.window.textAfter("b привет "), "b привет ");
 }
 
 TEST(GuardedKeyboard, AnotherInputMethodIsToldOf) {

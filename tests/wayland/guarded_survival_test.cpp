@@ -23,7 +23,7 @@ class Survival : public testing::Test {
     const auto text = misplacedWords(wordCount);
     const auto expected = typedIn(1, text);
     session.window.clear();
-    std::thread hands([&] { session.hand.type(text, {.key = 10ms, .hold = 15ms}); });
+    std::jthread hands([&] { session.hand.type(text, {.key = 10ms, .hold = 15ms}); });
     happening();
     hands.join();
     const auto isComplete = [&] {

@@ -142,7 +142,7 @@ void ScriptedProgram::take(const Report& report) {
   }
   switch (report.kind) {
     case ReportKind::keyDown:
-      takeKey(report.keyCode);
+      takeKey((report.flags & event_flags::command) == 0 ? report.keyCode : key_codes::space);
       break;
     case ReportKind::wordBroken:
     case ReportKind::leftMouseDown:

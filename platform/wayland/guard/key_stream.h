@@ -29,7 +29,7 @@ class KeyStream {
   std::uint32_t group() const { return state_ ? state_->modifiers().group : 0; }
   bool isCapsLocked() const;
 
-  bool isDown(std::uint16_t evdev) const { return down_.test(evdev); }
+  const guard::KeySet& down() const { return down_; }
   void send(std::uint16_t evdev, bool isDown);
   void type(const guard::Steps& steps);
   /// Lets go of every key that is down.

@@ -34,7 +34,8 @@ WlrootsSeat::WlrootsSeat()
       .done = Calls<&WlrootsSeat::takeField>{},
       .unavailable = Calls<&WlrootsSeat::refuse>{}};
   zwp_input_method_v2_add_listener(method_.get(), &methodListener, this);
-  if (!connection_.roundtrip()) throw std::runtime_error("композитор Wayland не отвечает");
+  constexpr auto silent = "композитор Wayland не отвечает";
+  if (!connection_.roundtrip()) throw std::runtime_error(silent);
   if (isRefused_) throw std::runtime_error("в сеансе уже работает другой метод ввода");
 
   static constexpr zwp_input_method_keyboard_grab_v2_listener grabListener = {
@@ -42,11 +43,11 @@ WlrootsSeat::WlrootsSeat()
       .key = Calls<&WlrootsSeat::takeKey>{},
       .modifiers = Calls<&WlrootsSeat::takeModifiers>{},
       .repeat_info = Calls<&WlrootsSeat::takeRepeatInfo>{}};
-  // The last thing to be done: from here on keys come. sway 1.7 ends with a fault when a seat that
-  // has no keyboard is grabbed; it has the virtual one now.
+  // sway 1.7 ends with a fault when a seat that has no keyboard is grabbed; it has the virtual one
+  // now.
   grab_.reset(zwp_input_method_v2_grab_keyboard(method_.get()));
   zwp_input_method_keyboard_grab_v2_add_listener(grab_.get(), &grabListener, this);
-  connection_.flush();
+  if (!connection_.roundtrip()) throw std::runtime_error(silent);
 }
 
 WlrootsSeat::~WlrootsSeat() {
@@ -115,9 +116,11 @@ void WlrootsSeat::takeMap(std::uint32_t /*format*/, std::int32_t fd, std::uint32
 void WlrootsSeat::takeKey(std::uint32_t /*serial*/, std::uint32_t time, std::uint32_t key,
                           std::uint32_t state) {
   const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
-  if (key < guard::keyCount) {
-    handKey({.evdev = static_cast<std::uint16_t>(key), .isDown = isDown, .timeMs = time});
-  }
+  if (key >= guard::keyCount) return;
+  const auto evdev = static_cast<std::uint16_t>(key);
+  // The compositor may have kept the release to itself, for a binding of its own.
+  if (isDown && held_.test(evdev)) handKey({.evdev = evdev, .isDown = false, .timeMs = time});
+  handKey({.evdev = evdev, .isDown = isDown, .timeMs = time});
 }
 
 void WlrootsSeat::handKey(const guard::SeatKey& key) {
@@ -127,7 +130,7 @@ void WlrootsSeat::handKey(const guard::SeatKey& key) {
   if (listener_ != nullptr) {
     tellFocus();
     listener_->key(key);
-  } else if (stream_.isDown(key.evdev) != key.isDown) {
+  } else if (stream_.down().test(key.evdev) != key.isDown) {
     stream_.send(key.evdev, key.isDown);
   }
 }
@@ -143,7 +146,7 @@ void WlrootsSeat::takeModifiers(std::uint32_t /*serial*/, std::uint32_t depresse
   stream_.follow(explained, told);
 }
 
-// A compositor that does something at the release of a modifier may keep it to itself.
+// The same with modifiers, of which it tells otherwise.
 void WlrootsSeat::releaseLost(std::uint32_t modifiers) {
   for (std::uint16_t key = 0; modifiers != 0 && key < KeyMap::keyLimit; ++key) {
     if (!held_.test(key) || keyMap().flag(key) == 0) continue;
