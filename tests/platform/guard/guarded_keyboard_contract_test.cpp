@@ -87,6 +87,7 @@ class GuardedDesktop {
             .isPasswordFocused = [] { return false; },
             .activeWindowChanged = [] {},
             .hasSelectionBehind = [](std::size_t) { return false; },
+            .lastCaretMove = {},
             .open = [](std::string_view) {},
             .groupSelected = [](std::uint32_t) {},
             .isTakenByOwnWindow = [](const Event&) { return false; },
