@@ -5,10 +5,12 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "guarded_session.h"
 #include "platform/wayland/client/connection.h"
 #include "platform/wayland/client/toplevel_watch.h"
+#include "platform/workspace_contract.h"
 #include "x_session.h"
 
 namespace kivra::wayland {
@@ -58,13 +60,6 @@ TEST_F(WaylandWorkspaceTest, TellsTheActiveWindowsApplication) {
   EXPECT_TRUE(becomesActive("editor"));
 }
 
-TEST_F(WaylandWorkspaceTest, TellsThatNoWindowIsActive) {
-  const auto editor = openWindow("editor");
-  sway_.message({"workspace", "2"});
-  EXPECT_TRUE(becomesActive(std::nullopt));
-  EXPECT_EQ(workspace_.frontmostBundleIdentifier(), std::nullopt);
-}
-
 TEST_F(WaylandWorkspaceTest, KeepsPasswordsAndTheProgramsOwnWindows) {
   const auto editor = openWindow("editor");
   EXPECT_FALSE(workspace_.isSecureEventInputEnabled());
@@ -89,6 +84,47 @@ TEST_F(WaylandWorkspaceTest, BringsTheWindowThatWasOpenedLastToTheFront) {
   const auto focused = sway_.message({"-t", "get_tree"});
   EXPECT_NE(focused.find("\"pid\": " + std::to_string(second->pid())), std::string::npos);
 }
+
+/// Windows of foot are the applications.
+class SwayFront {
+ public:
+  SwayFront() { compositor_.roundtrip(); }
+
+  Workspace& workspace() { return workspace_; }
+  void bringToFront(const std::optional<std::string>& identifier) {
+    const auto application = identifier.value_or("");
+    windows_.push_back(sway_.start({"foot", "--app-id", application, "cat"}));
+    awaitActive(application);
+  }
+  void leave() {
+    sway_.message({"workspace", "2"});
+    awaitActive(std::nullopt);
+  }
+  void readPassword(bool isRead) { isPassword_ = isRead; }
+  std::vector<std::string> opened() { return opened_; }
+
+ private:
+  void awaitActive(const std::optional<std::string>& application) {
+    EXPECT_TRUE(e2e::waitFor([&] {
+      compositor_.dispatch();
+      return toplevels_.activeApplication() == application;
+    })) << application.value_or("nobody");
+  }
+
+  e2e::EnteredSway sway_{{}};
+  Connection compositor_;
+  ToplevelWatch toplevels_{compositor_};
+  bool isPassword_ = false;
+  std::vector<std::string> opened_;
+  std::vector<std::unique_ptr<e2e::ChildProcess>> windows_;
+  WaylandWorkspace workspace_{
+      toplevels_,
+      {.readEvents = [this] { compositor_.dispatch(); },
+       .ownApplication = "own",
+       .isPasswordFocused = [this] { return isPassword_; },
+       .open = [this](std::string_view url) { opened_.emplace_back(url); }}};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Wayland, WorkspaceContract, SwayFront);
 
 }  // namespace
 }  // namespace kivra::wayland
