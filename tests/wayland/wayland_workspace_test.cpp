@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -15,6 +16,17 @@
 
 namespace kivra::wayland {
 namespace {
+
+/// The process whose window has the focus in sway's tree; 0 when none has.
+pid_t focusedProcess(const nlohmann::json& node) {
+  if (node["focused"].get<bool>()) return node.value("pid", 0);
+  for (const auto* list : {"nodes", "floating_nodes"}) {
+    for (const auto& child : node[list]) {
+      if (const auto found = focusedProcess(child)) return found;
+    }
+  }
+  return 0;
+}
 
 class WaylandWorkspaceTest : public ::testing::Test {
  protected:
@@ -81,8 +93,8 @@ TEST_F(WaylandWorkspaceTest, BringsTheWindowThatWasOpenedLastToTheFront) {
   toplevels_.activateLast("own", seat.get());
   compositor_.flush();
   EXPECT_TRUE(becomesActive("own"));
-  const auto focused = sway_.message({"-t", "get_tree"});
-  EXPECT_NE(focused.find("\"pid\": " + std::to_string(second->pid())), std::string::npos);
+  EXPECT_EQ(focusedProcess(nlohmann::json::parse(sway_.message({"-t", "get_tree"}))),
+            second->pid());
 }
 
 /// Windows of foot are the applications.

@@ -168,7 +168,7 @@ bool LinuxDesktop::takeKey(const Event& event) {
 }
 
 void LinuxDesktop::reportMissing() {
-  if (!isProcessTrusted()) log_.log("Kivra: " + accessibilityMissing());
+  if (!accessibility_.isEnabled()) log_.log("Kivra: " + accessibilityMissing());
   if (const auto problem = session_->problem(); !problem.empty()) {
     log_.log("Kivra: клавиатуру не видно: " + problem);
   }

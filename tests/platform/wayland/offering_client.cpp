@@ -8,35 +8,54 @@
 #include <utility>
 
 #include "platform/wayland/client/calls.h"
+#include "platform/wayland/client/connection.h"
 #include "wlr-data-control-unstable-v1-client-protocol.h"
 
 namespace kivra::wayland {
 
-OfferingClient::OfferingClient(Answers answers) : answers_(std::move(answers)) {
-  own();
-  thread_ = std::thread([this] { serve(); });
-}
+/// Its end of the connection, which dies with it.
+struct OfferingClient::Client {
+  explicit Client(OfferingClient& owner) {
+    static constexpr zwlr_data_control_device_v1_listener deviceListener = {
+        .data_offer = Ignores{},
+        .selection =
+            [](void*, zwlr_data_control_device_v1*, zwlr_data_control_offer_v1* offer) {
+              if (offer != nullptr) zwlr_data_control_offer_v1_destroy(offer);
+            },
+        .finished = Ignores{},
+        .primary_selection = Ignores{}};
+    static constexpr zwlr_data_control_source_v1_listener sourceListener = {
+        Calls<&OfferingClient::send>{}, Calls<&OfferingClient::cancelled>{}};
+    zwlr_data_control_device_v1_add_listener(device.get(), &deviceListener, this);
+    zwlr_data_control_source_v1_add_listener(source.get(), &sourceListener, &owner);
+    for (const auto& [type, answer] : owner.answers_) {
+      zwlr_data_control_source_v1_offer(source.get(), type.c_str());
+    }
+    zwlr_data_control_device_v1_set_selection(device.get(), source.get());
+    connection.roundtrip();
+  }
+
+  Connection connection;
+  Owned<wl_seat> seat{connection.bind<wl_seat>(wl_seat_interface), wl_seat_destroy};
+  Owned<zwlr_data_control_manager_v1> manager{
+      connection.bind<zwlr_data_control_manager_v1>(zwlr_data_control_manager_v1_interface),
+      zwlr_data_control_manager_v1_destroy};
+  Owned<zwlr_data_control_device_v1> device{
+      zwlr_data_control_manager_v1_get_data_device(manager.get(), seat.get()),
+      zwlr_data_control_device_v1_destroy};
+  Owned<zwlr_data_control_source_v1> source{
+      zwlr_data_control_manager_v1_create_data_source(manager.get()),
+      zwlr_data_control_source_v1_destroy};
+};
+
+OfferingClient::OfferingClient(Answers answers)
+    : answers_(std::move(answers)),
+      client_(std::make_unique<Client>(*this)),
+      thread_([this] { serve(); }) {}
 
 OfferingClient::~OfferingClient() {
   isEnding_ = true;
   thread_.join();
-}
-
-void OfferingClient::own() {
-  static constexpr zwlr_data_control_source_v1_listener listener = {
-      Calls<&OfferingClient::send>{}, Calls<&OfferingClient::cancelled>{}};
-  // All of these last as long as the connection.
-  auto* const manager =
-      connection_->bind<zwlr_data_control_manager_v1>(zwlr_data_control_manager_v1_interface);
-  auto* const device = zwlr_data_control_manager_v1_get_data_device(
-      manager, connection_->bind<wl_seat>(wl_seat_interface));
-  auto* const source = zwlr_data_control_manager_v1_create_data_source(manager);
-  zwlr_data_control_source_v1_add_listener(source, &listener, this);
-  for (const auto& [type, answer] : answers_) {
-    zwlr_data_control_source_v1_offer(source, type.c_str());
-  }
-  zwlr_data_control_device_v1_set_selection(device, source);
-  connection_->roundtrip();
 }
 
 void OfferingClient::serve() {
@@ -44,13 +63,13 @@ void OfferingClient::serve() {
   sigemptyset(&pipe);
   sigaddset(&pipe, SIGPIPE);
   ::pthread_sigmask(SIG_BLOCK, &pipe, nullptr);
-  while (!isEnding_ && connection_) {
-    pollfd descriptor{.fd = connection_->fd(), .events = POLLIN, .revents = 0};
+  while (!isEnding_ && client_) {
+    pollfd descriptor{.fd = client_->connection.fd(), .events = POLLIN, .revents = 0};
     ::poll(&descriptor, 1, 10);
-    connection_->dispatch();
+    client_->connection.dispatch();
     if (!dyingPipe_) continue;
     // As the kernel does it for a process that ends.
-    connection_.reset();
+    client_.reset();
     ::close(*dyingPipe_);
   }
 }

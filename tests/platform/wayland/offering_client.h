@@ -4,13 +4,10 @@
 #include <chrono>
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <thread>
-
-#include "platform/wayland/client/connection.h"
-
-struct zwlr_data_control_source_v1;
 
 namespace kivra::wayland {
 
@@ -35,17 +32,18 @@ class OfferingClient {
   bool isOwner() const { return !isLost_; }
 
  private:
-  void own();
+  struct Client;
+
   void serve();
   void send(const char* type, std::int32_t fd);
   void cancelled() { isLost_ = true; }
   static bool write(int fd, const std::string& bytes);
 
   Answers answers_;
-  std::optional<Connection> connection_{std::in_place};
   std::optional<int> dyingPipe_;
   std::atomic<bool> isLost_ = false;
   std::atomic<bool> isEnding_ = false;
+  std::unique_ptr<Client> client_;
   std::thread thread_;
 };
 
