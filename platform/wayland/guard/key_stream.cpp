@@ -64,9 +64,12 @@ void KeyStream::type(const guard::Steps& steps) {
         break;
       case Kind::character:
         bindCharacters({step});
+        if (isMapDue_) sendMap();
         if (const auto key = spares_.find(step.value)) {
           send(*key, true);
           send(*key, false);
+        } else {
+          outlet_.commit(step.value);
         }
         break;
       case Kind::pause:
@@ -92,9 +95,17 @@ void KeyStream::follow(const Modifiers& explained, const Modifiers& told) {
   sendModifiers();
 }
 
+void KeyStream::overrule(const Modifiers& told) {
+  sent_ = told;
+  if (state_) sendModifiers();
+}
+
 void KeyStream::sendMap() {
   isMapDue_ = false;
-  outlet_.setMap(spares_.extended(mapText_));
+  if (!outlet_.setMap(spares_.extended(mapText_))) {
+    spares_ = {};
+    return;
+  }
   // The compositor takes the modifiers for what the keys that are down make of them, and tells the
   // application only what changes after that.
   outlet_.modifiers({});

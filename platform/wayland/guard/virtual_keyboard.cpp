@@ -47,7 +47,7 @@ void VirtualKeyboard::makeRoom() {
   unsent_ = 0;
 }
 
-void VirtualKeyboard::setMap(const std::string& text) {
+bool VirtualKeyboard::setMap(const std::string& text) {
   const auto size = text.size() + 1;
   const int fd = ::memfd_create("keymap", MFD_CLOEXEC);
   if (::write(fd, text.c_str(), size) == static_cast<ssize_t>(size)) {
@@ -55,6 +55,7 @@ void VirtualKeyboard::setMap(const std::string& text) {
                                    static_cast<std::uint32_t>(size));
   }
   ::close(fd);
+  return true;
 }
 
 }  // namespace kivra::wayland

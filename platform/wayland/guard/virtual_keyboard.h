@@ -17,7 +17,7 @@ class VirtualKeyboard : public KeyOutlet {
 
   void key(std::uint16_t evdev, bool isDown) override;
   void modifiers(const Modifiers& modifiers) override;
-  void setMap(const std::string& text) override;
+  bool setMap(const std::string& text) override;
 
  private:
   void makeRoom();
