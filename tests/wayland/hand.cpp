@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "fake-input-client-protocol.h"
+
 namespace kivra::e2e {
 
 namespace {
@@ -39,6 +41,32 @@ std::vector<Event> eventsOf(std::string_view text, const Pace& pace) {
   return events;
 }
 
+/// What KWin takes for a keyboard of its own.
+class FakeKeyboard : public wayland::KeyOutlet {
+ public:
+  explicit FakeKeyboard(wayland::Connection& connection)
+      : input_(connection.bind<org_kde_kwin_fake_input>(org_kde_kwin_fake_input_interface, 4),
+               org_kde_kwin_fake_input_destroy) {
+    org_kde_kwin_fake_input_authenticate(input_.get(), "hand", "test");
+  }
+
+  void key(std::uint16_t evdev, bool isDown) override {
+    org_kde_kwin_fake_input_keyboard_key(input_.get(), evdev, isDown ? 1 : 0);
+  }
+  void modifiers(const wayland::Modifiers& /*modifiers*/) override {}
+  bool setMap(const std::string& /*text*/) override { return false; }
+
+ private:
+  wayland::Owned<org_kde_kwin_fake_input> input_;
+};
+
+std::unique_ptr<wayland::KeyOutlet> keyboardOf(wayland::Connection& connection, wl_seat* seat) {
+  if (connection.offers(org_kde_kwin_fake_input_interface)) {
+    return std::make_unique<FakeKeyboard>(connection);
+  }
+  return std::make_unique<wayland::VirtualKeyboard>(connection, seat);
+}
+
 }  // namespace
 
 wayland::CompiledMap mapOf(const std::string& layouts, const std::string& options) {
@@ -67,20 +95,20 @@ std::uint16_t keyOfCharacter(char character) {
 
 Hand::Hand(const wayland::CompiledMap& map)
     : seat_(connection_.bind<wl_seat>(wl_seat_interface), wl_seat_destroy),
-      keyboard_(connection_, seat_.get()),
+      keyboard_(keyboardOf(connection_, seat_.get())),
       state_(map) {
   const std::unique_ptr<char, void (*)(void*)> text(
       xkb_keymap_get_as_string(map.get(), XKB_KEYMAP_FORMAT_TEXT_V1), std::free);
-  keyboard_.setMap(text.get());
-  keyboard_.modifiers({});
+  keyboard_->setMap(text.get());
+  keyboard_->modifiers({});
   connection_.roundtrip();
 }
 
 void Hand::key(std::uint16_t evdev, bool isDown) {
   const auto before = state_.modifiers();
-  keyboard_.key(evdev, isDown);
+  keyboard_->key(evdev, isDown);
   state_.key(evdev, isDown);
-  if (const auto now = state_.modifiers(); now != before) keyboard_.modifiers(now);
+  if (const auto now = state_.modifiers(); now != before) keyboard_->modifiers(now);
   connection_.flush();
 }
 
@@ -101,7 +129,7 @@ void Hand::selectGroup(std::uint32_t group) {
   auto modifiers = state_.modifiers();
   modifiers.group = group;
   state_.set(modifiers);
-  keyboard_.modifiers(modifiers);
+  keyboard_->modifiers(modifiers);
   connection_.roundtrip();
 }
 

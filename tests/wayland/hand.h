@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -25,8 +26,8 @@ struct Pace {
   std::chrono::microseconds spread{0};  ///< `hold` is up to so much longer, as with real hands
 };
 
-/// A person at a keyboard of the compositor's of this process's environment. The keyboard keeps its
-/// own modifiers, locks and layout, as a real one does.
+/// A person at a keyboard of the compositor's of this process's environment. In wlroots compositors
+/// the keyboard keeps its own modifiers, locks and layout, as a real one does; KWin keeps them.
 class Hand {
  public:
   explicit Hand(const wayland::CompiledMap& map = mapOf("us,ru"));
@@ -39,7 +40,7 @@ class Hand {
   /// Quickly, key by key.
   void type(std::string_view text) { type(text, Pace()); }
 
-  /// A desktop's own switcher selects another layout for this keyboard.
+  /// A desktop's own switcher selects another layout for this keyboard; not in KWin.
   void selectGroup(std::uint32_t group);
 
   /// Waits until the compositor has had all the keys.
@@ -50,7 +51,7 @@ class Hand {
 
   wayland::Connection connection_;
   wayland::Owned<wl_seat> seat_;
-  wayland::VirtualKeyboard keyboard_;
+  std::unique_ptr<wayland::KeyOutlet> keyboard_;
   wayland::ModifierState state_;
 };
 

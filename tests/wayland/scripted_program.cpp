@@ -62,6 +62,12 @@ ScriptedProgram::ScriptedProgram(const Environment& environment, const std::stri
       ChildProcess::Options{
           .environment = environment, .outputFile = logFile, .inheritedFd = ends[1]});
   ::close(ends[1]);
+  begin();
+}
+
+ScriptedProgram::ScriptedProgram(int fd) : fd_(fd) { begin(); }
+
+void ScriptedProgram::begin() {
   guard::sendRecord(fd_, FrameKind::hello, guard::Hello{});
   const guard::Chord space{.keyCode = key_codes::space};
   send(FrameKind::chords, {.kind = OrderKind::setConsumable}, std::as_bytes(std::span(&space, 1)));
@@ -114,7 +120,10 @@ bool ScriptedProgram::settleInSecret() const {
 }
 
 pid_t ScriptedProgram::guardPid() const {
-  const auto pid = std::to_string(watcher_->pid());
+  ucred peer{};
+  socklen_t size = sizeof peer;
+  ::getsockopt(fd_, SOL_SOCKET, SO_PEERCRED, &peer, &size);
+  const auto pid = std::to_string(watcher_ ? watcher_->pid() : peer.pid);
   std::ifstream children("/proc/" + pid + "/task/" + pid + "/children");
   pid_t child = 0;
   if (!(children >> child)) throw std::runtime_error("there is no guard");

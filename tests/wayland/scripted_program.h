@@ -24,6 +24,8 @@ class ScriptedProgram {
   /// Starts a guard in this environment and waits until it is the keyboard, or says that it cannot
   /// be. What it prints goes to the file.
   ScriptedProgram(const Environment& environment, const std::string& logFile);
+  /// The same with a guard that has been started, at the other end of the socket.
+  explicit ScriptedProgram(int fd);
   ~ScriptedProgram();
   ScriptedProgram(const ScriptedProgram&) = delete;
   ScriptedProgram& operator=(const ScriptedProgram&) = delete;
@@ -53,6 +55,7 @@ class ScriptedProgram {
   void hangUp();
 
  private:
+  void begin();
   void run();
   void take(const guard::Report& report);
   void decide(const guard::Report& report);
@@ -62,7 +65,7 @@ class ScriptedProgram {
   std::vector<guard::PostedKey> correction() const;
 
   int fd_ = -1;
-  std::unique_ptr<ChildProcess> watcher_;
+  std::unique_ptr<ChildProcess> watcher_;  // unless somebody else has started it
   mutable std::mutex mutex_;
   std::vector<guard::Report> reports_;
   std::optional<std::vector<guard::PostedKey>> replacement_;

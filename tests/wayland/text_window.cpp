@@ -80,6 +80,7 @@ class TextWindow::Client {
   void takeModifiers(std::uint32_t serial, std::uint32_t depressed, std::uint32_t latched,
                      std::uint32_t locked, std::uint32_t group);
   void enterField(wl_surface* surface);
+  void takeText(const char* text);
   void noteEntry(std::uint32_t serial);
 
   std::optional<Content> content_;
@@ -159,12 +160,13 @@ void TextWindow::Client::createBuffer() {
 }
 
 void TextWindow::Client::createField() {
-  static constexpr zwp_text_input_v3_listener listener = {.enter = Calls<&Client::enterField>{},
-                                                          .leave = Ignores{},
-                                                          .preedit_string = Ignores{},
-                                                          .commit_string = Ignores{},
-                                                          .delete_surrounding_text = Ignores{},
-                                                          .done = Ignores{}};
+  static constexpr zwp_text_input_v3_listener listener = {
+      .enter = Calls<&Client::enterField>{},
+      .leave = Ignores{},
+      .preedit_string = Ignores{},
+      .commit_string = Calls<&Client::takeText>{},
+      .delete_surrounding_text = Ignores{},
+      .done = Ignores{}};
   const Owned<zwp_text_input_manager_v3> manager(
       connection_.bind<zwp_text_input_manager_v3>(zwp_text_input_manager_v3_interface),
       zwp_text_input_manager_v3_destroy);
@@ -242,6 +244,11 @@ void TextWindow::Client::enterField(wl_surface* /*surface*/) {
   static constexpr wl_callback_listener listener = {.done = Calls<&Client::noteEntry>{}};
   taken_ = connection_.sync();
   wl_callback_add_listener(taken_.get(), &listener, this);
+}
+
+void TextWindow::Client::takeText(const char* text) {
+  const std::lock_guard lock(mutex_);
+  if (text != nullptr) shown_.text += text;
 }
 
 void TextWindow::Client::noteEntry(std::uint32_t /*serial*/) {

@@ -3,8 +3,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "platform/wayland/guard/wlroots_guard_display.h"
-#include "platform/wayland/guard/wlroots_seat.h"
+#include "platform/wayland/guard/wayland_guard_display.h"
 #include "platform/x11/guard/x11_guard_display.h"
 
 namespace kivra {
@@ -23,7 +22,7 @@ guard::GuardDisplay noDisplay() {
 }  // namespace
 
 guard::GuardDisplay sessionDisplay() {
-  if (wayland::WlrootsSeat::isOffered()) return wayland::wlrootsGuardDisplay();
+  if (auto display = wayland::waylandGuardDisplay()) return *display;
   return std::getenv("DISPLAY") == nullptr ? noDisplay() : x11::x11GuardDisplay();
 }
 

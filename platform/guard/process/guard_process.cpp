@@ -123,15 +123,18 @@ int runGuard(const GuardDisplay& display, int channelFd) {
   }
   ::close(lifeline[0]);
   ::prctl(PR_SET_NAME, "keyboard-watch");
+  bool wasKilled = false;
   try {
     const auto rescue = display.openRescue();
-    GuardWatcher(guard, heartbeat, *rescue).watch();
+    wasKilled = GuardWatcher(guard, heartbeat, *rescue).watch();
     rescue->letGoOfKeys();
   } catch (const std::exception&) {
     // The guard meets the same display and says what it lacks.
   }
   // Only now does the program learn that the guard has ended, and may start another.
   ::close(channelFd);
+  // A desktop that has started this starts it anew only when it ends like that.
+  if (wasKilled) ::kill(::getpid(), SIGKILL);
   return EXIT_SUCCESS;
 }
 

@@ -33,7 +33,9 @@ struct GuardDisplay {
 /// interrupts the program from its terminal reaches neither. The guard serves the program at the
 /// other end of `channelFd` until either is gone; the watcher continues a guard that has been
 /// stopped for 0.1 s, ends one that is stopped again or at work for 3 s, and lets go of what an
-/// ended guard has left down. Answers the exit status; `_exit` is meant to follow.
+/// ended guard has left down, and ends by SIGKILL after one that was killed. Answers the exit
+/// status;
+/// `_exit` is meant to follow.
 int runGuard(const GuardDisplay& display, int channelFd);
 
 }  // namespace kivra::guard

@@ -22,7 +22,7 @@ constexpr int mostQuietRounds = 10;
 
 }  // namespace
 
-void GuardWatcher::watch() {
+bool GuardWatcher::watch() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGCHLD);
@@ -33,6 +33,7 @@ void GuardWatcher::watch() {
     if (isHung() || !isServed) ::kill(guard_, SIGKILL);
   }
   ::close(signalFd);
+  return wasKilled_;
 }
 
 void GuardWatcher::goOn() {
@@ -53,6 +54,7 @@ bool GuardWatcher::hasEnded() {
     } else if (info.si_code == CLD_CONTINUED) {
       stoppedSince_.reset();
     } else {
+      wasKilled_ = info.si_code != CLD_EXITED;
       return true;
     }
     info = {};

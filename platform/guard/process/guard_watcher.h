@@ -29,8 +29,9 @@ class GuardWatcher {
   GuardWatcher(pid_t guard, Heartbeat& heartbeat, KeyboardRescue& rescue)
       : guard_(guard), heartbeat_(heartbeat), rescue_(rescue) {}
 
-  /// Returns when the guard has ended, by itself or by the watcher's hand.
-  void watch();
+  /// Returns when the guard has ended, by itself or by the watcher's hand; answers whether it was
+  /// killed.
+  bool watch();
 
  private:
   using Clock = std::chrono::steady_clock;
@@ -48,6 +49,7 @@ class GuardWatcher {
   std::optional<Clock::time_point> continued_;
   int quietRounds_ = 0;
   bool isAsleep_ = false;
+  bool wasKilled_ = false;
 };
 
 }  // namespace kivra::guard

@@ -2,25 +2,23 @@
 
 namespace kivra::wayland {
 
+template <class... Arguments>
+using Callback = void (*)(Arguments...);
+
+template <class Object, class... Parameters>
+Object objectOf(void (Object::*method)(Parameters...));
+
 /// Stands in the listener of a proxy for a method of the object that the listener is added with:
-/// the method gets the arguments of the event, without the proxy.
-template <auto Method>
+/// the method gets the arguments of the event, without the proxy. The object's class is to be named
+/// where the method is one of its bases'.
+template <auto Method, class Object = decltype(objectOf(Method))>
 class Calls {
  public:
-  template <class... Arguments>
-  using Callback = void (*)(Arguments...);
-
   template <class Proxy, class... Arguments>
   constexpr operator Callback<void*, Proxy*, Arguments...>() const {  // NOLINT(*-explicit-*)
     return [](void* data, Proxy* /*proxy*/, Arguments... arguments) {
-      call(Method, data, arguments...);
+      (static_cast<Object*>(data)->*Method)(arguments...);
     };
-  }
-
- private:
-  template <class Object, class... Parameters, class... Arguments>
-  static void call(void (Object::*method)(Parameters...), void* data, Arguments... arguments) {
-    (static_cast<Object*>(data)->*method)(arguments...);
   }
 };
 
@@ -28,7 +26,7 @@ class Calls {
 class Ignores {
  public:
   template <class... Arguments>
-  constexpr operator Calls<nullptr>::Callback<Arguments...>() const {  // NOLINT(*-explicit-*)
+  constexpr operator Callback<Arguments...>() const {  // NOLINT(*-explicit-*)
     return [](Arguments...) {};
   }
 };

@@ -74,10 +74,17 @@ bool Connection::roundtrip(std::chrono::milliseconds patience) {
 
 void Connection::flush() {
   constexpr int patience = 1000;  // ms
+  unsent_ = 0;
   pollfd waited{.fd = fd(), .events = POLLOUT, .revents = 0};
   while (wl_display_flush(display_.get()) < 0 && errno == EAGAIN) {
     if (::poll(&waited, 1, patience) <= 0) return;
   }
+}
+
+// libwayland keeps 4 KB back, and breaks the connection when a request finds no room in them.
+void Connection::makeRoom() {
+  constexpr int mostUnsent = 64;  // of 28 bytes at most
+  if (++unsent_ >= mostUnsent) flush();
 }
 
 void Connection::addGlobal(std::uint32_t name, const char* interface, std::uint32_t version) {

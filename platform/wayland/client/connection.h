@@ -53,6 +53,9 @@ class Connection {
   /// not fit is lost, and the connection with it.
   void flush();
 
+  /// Called after each of many requests, keeps them from being too many to be sent.
+  void makeRoom();
+
  private:
   struct Global {
     std::uint32_t name = 0;
@@ -65,6 +68,7 @@ class Connection {
 
   Owned<wl_display> display_;
   Owned<wl_registry> registry_;
+  int unsent_ = 0;                         // requests, at most
   std::map<std::string, Global> globals_;  // by interface, the first of each
 };
 

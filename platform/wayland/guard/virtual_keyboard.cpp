@@ -3,20 +3,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <chrono>
+#include "platform/wayland/guard/event_time.h"
 
 namespace kivra::wayland {
-
-namespace {
-
-/// The time of events, as compositors give it.
-std::uint32_t now() {
-  const auto time = std::chrono::steady_clock::now().time_since_epoch();
-  return static_cast<std::uint32_t>(
-      std::chrono::duration_cast<std::chrono::milliseconds>(time).count());
-}
-
-}  // namespace
 
 VirtualKeyboard::VirtualKeyboard(Connection& connection, wl_seat* seat)
     : connection_(connection), keyboard_(nullptr, zwp_virtual_keyboard_v1_destroy) {
@@ -28,23 +17,15 @@ VirtualKeyboard::VirtualKeyboard(Connection& connection, wl_seat* seat)
 
 void VirtualKeyboard::key(std::uint16_t evdev, bool isDown) {
   zwp_virtual_keyboard_v1_key(
-      keyboard_.get(), now(), evdev,
+      keyboard_.get(), eventTime(), evdev,
       isDown ? WL_KEYBOARD_KEY_STATE_PRESSED : WL_KEYBOARD_KEY_STATE_RELEASED);
-  makeRoom();
+  connection_.makeRoom();
 }
 
 void VirtualKeyboard::modifiers(const Modifiers& modifiers) {
   zwp_virtual_keyboard_v1_modifiers(keyboard_.get(), modifiers.depressed, modifiers.latched,
                                     modifiers.locked, modifiers.group);
-  makeRoom();
-}
-
-// libwayland keeps 4 KB back, and breaks the connection when a request finds no room in them.
-void VirtualKeyboard::makeRoom() {
-  constexpr int mostUnsent = 64;  // of 28 bytes at most
-  if (++unsent_ < mostUnsent) return;
-  connection_.flush();
-  unsent_ = 0;
+  connection_.makeRoom();
 }
 
 bool VirtualKeyboard::setMap(const std::string& text) {

@@ -20,11 +20,8 @@ class VirtualKeyboard : public KeyOutlet {
   bool setMap(const std::string& text) override;
 
  private:
-  void makeRoom();
-
   Connection& connection_;
   Owned<zwp_virtual_keyboard_v1> keyboard_;
-  int unsent_ = 0;  // requests, at most
 };
 
 }  // namespace kivra::wayland

@@ -39,15 +39,14 @@ WlrootsSeat::WlrootsSeat()
   if (isRefused_) throw std::runtime_error("в сеансе уже работает другой метод ввода");
 
   static constexpr zwp_input_method_keyboard_grab_v2_listener grabListener = {
-      .keymap = Calls<&WlrootsSeat::takeMap>{},
-      .key = Calls<&WlrootsSeat::takeKey>{},
-      .modifiers = Calls<&WlrootsSeat::takeModifiers>{},
-      .repeat_info = Calls<&WlrootsSeat::takeRepeatInfo>{}};
+      .keymap = Calls<&WlrootsSeat::takeMap, WlrootsSeat>{},
+      .key = Calls<&WlrootsSeat::takeKey, WlrootsSeat>{},
+      .modifiers = Calls<&WlrootsSeat::takeModifiers, WlrootsSeat>{},
+      .repeat_info = Calls<&WlrootsSeat::takeRepeatInfo, WlrootsSeat>{}};
   // sway 1.7 ends with a fault when a seat that has no keyboard is grabbed; it has the virtual one
   // now.
   grab_.reset(zwp_input_method_v2_grab_keyboard(method_.get()));
-  zwp_input_method_keyboard_grab_v2_add_listener(grab_.get(), &grabListener,
-                                                 static_cast<GrabSeat*>(this));
+  zwp_input_method_keyboard_grab_v2_add_listener(grab_.get(), &grabListener, this);
   if (!connection_.roundtrip()) throw std::runtime_error(silent);
 }
 

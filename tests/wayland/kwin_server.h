@@ -1,0 +1,33 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "child_process.h"
+#include "private_bus.h"
+
+namespace kivra::e2e {
+
+/// A KWin of a test's own, without a screen, on a private bus; this process is its client as well.
+/// It starts the guard as its input method, and starts it again when it ends.
+class KwinServer {
+ public:
+  /// Throws std::runtime_error when KWin does not start.
+  KwinServer();
+  ~KwinServer();
+  KwinServer(const KwinServer&) = delete;
+  KwinServer& operator=(const KwinServer&) = delete;
+
+  /// The program's end of the socket of the next guard that KWin has started. Throws
+  /// std::runtime_error when none comes.
+  int acceptGuard() const;
+
+ private:
+  std::filesystem::path path(const std::string& name) const { return bus_.home() / name; }
+
+  PrivateBus bus_;
+  int listener_ = -1;
+  std::unique_ptr<ChildProcess> kwin_;
+};
+
+}  // namespace kivra::e2e
