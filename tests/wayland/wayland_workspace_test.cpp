@@ -40,8 +40,15 @@ class WaylandWorkspaceTest : public ::testing::Test {
   }
 
   std::unique_ptr<e2e::ChildProcess> openWindow(const std::string& application) {
+    toplevels_.takeMove();
     auto window = sway_.start({"foot", "--app-id", application, "cat"}, application);
-    EXPECT_TRUE(becomesActive(application)) << sway_.readFile(application);
+    // One of the same application may have been active before.
+    auto hasMoved = false;
+    EXPECT_TRUE(e2e::waitFor([&] {
+      compositor_.dispatch();
+      hasMoved = toplevels_.takeMove() || hasMoved;
+      return hasMoved && toplevels_.activeApplication() == application;
+    })) << sway_.readFile(application);
     return window;
   }
 
