@@ -10,7 +10,6 @@ namespace {
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-
 constexpr const char* noModel = "Локальная модель не отвечает.";
 constexpr const char* notUnderstood = "Ответ локальной модели непонятен.";
 constexpr const char* cutOff = "Локальная модель не дописала ответ.";
