@@ -52,6 +52,8 @@ TEST_F(Survival, AfterAKilledGuardAndWhileTheNextOneStartsNothingIsLost) {
   for (int i = 0; i < kills; ++i) {
     ::kill(session.program->guardPid(), SIGKILL);
     ASSERT_TRUE(session.program->watcher().wait(5s));
+    // So that the compositor has noticed.
+    session.hand.settle();
     const auto count = typeDuring(5, [&] { session.startUnheard(); });
     EXPECT_EQ(count.wrong, 0) << count.firstDifference;
     EXPECT_GT(count.right, 0);

@@ -60,6 +60,7 @@ TEST(KwinTyping, CharactersThatNoLayoutHasAreTyped) {
   session.hand.type("a");
   ASSERT_EQ(session.window.textAfter("a"), "a");
   session.program.post({postedCharacter(0x20AC), postedCharacter(0x2014)});
+  ASSERT_EQ(session.window.textAfter("a€—"), "a€—");
   session.program.post(postedTap(KEY_B));
   EXPECT_EQ(session.window.textAfter("a€—b"), "a€—b");
 }

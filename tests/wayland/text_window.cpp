@@ -151,7 +151,8 @@ void TextWindow::Client::run() {
 void TextWindow::Client::createBuffer() {
   const Owned<wl_shm> memory(connection_.bind<wl_shm>(wl_shm_interface), wl_shm_destroy);
   const int fd = ::memfd_create("window", MFD_CLOEXEC);
-  if (::ftruncate(fd, stride * side) != 0) throw std::runtime_error("no memory for the window");
+  if (::ftruncate(fd, off_t{stride} * side) != 0)
+    throw std::runtime_error("no memory for the window");
   const Owned<wl_shm_pool> pool(wl_shm_create_pool(memory.get(), fd, stride * side),
                                 wl_shm_pool_destroy);
   buffer_.reset(
