@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <linux/input-event-codes.h>
 
+#include <algorithm>
 #include <string>
 #include <thread>
 #include <vector>
@@ -139,6 +140,12 @@ TEST(KivraInSway, LeavesPasswordsOfQtAlone) {
   const auto form = session.open({"sh", "-c", KIVRA_QT_FORM " 2>/dev/null"}, "qt_form", "form");
   session.hand.type(typed);
   session.hand.tap(KEY_TAB);
+  const ScreenReader reader(session.sway.environment().at("DBUS_SESSION_BUS_ADDRESS"), "qt_form");
+  EXPECT_TRUE(waitFor([&] {
+    return std::ranges::any_of(reader.controls(), [](const auto& control) {
+      return control.isFocused && control.role == "text";
+    });
+  })) << "the field for the name does not get the focus";
   session.hand.type("ghbdtn");
   session.hand.tap(KEY_ENTER);
   const auto expected = std::string(typed) + "|привет\n";

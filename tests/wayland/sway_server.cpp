@@ -29,6 +29,7 @@ SwayServer::SwayServer(const Options& options) : environment_(options.environmen
   environment_.insert({{"PATH", std::getenv("PATH")}, {"HOME", home_}, {"LC_ALL", "C.UTF-8"}});
   environment_["XDG_RUNTIME_DIR"] = runtime_;
   environment_["XDG_SESSION_TYPE"] = "wayland";
+  if (const auto* leaks = std::getenv("LSAN_OPTIONS")) environment_["LSAN_OPTIONS"] = leaks;
 
   auto own = environment_;
   own.insert(
