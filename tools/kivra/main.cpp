@@ -51,7 +51,7 @@ int diagnose() {
   try {
     if (const auto reply = kivra::session_client::run({"status"}, "")) {
       std::cout << reply->output;
-      return reply->status;
+      return std::cout.flush() ? reply->status : EXIT_FAILURE;
     }
   } catch (const kivra::session_client::NoAnswer& error) {
     std::cerr << "Kivra не отвечает: " << error.what() << '\n';
@@ -59,7 +59,7 @@ int diagnose() {
   }
   kivra::LinuxDesktop desktop(guardProgram());
   for (const auto& line : desktop.diagnosis()) std::cout << line << '\n';
-  return EXIT_SUCCESS;
+  return std::cout.flush() ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace
