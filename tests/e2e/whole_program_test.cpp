@@ -132,13 +132,13 @@ void standIn(const XSession& session, const std::string& name) {
   std::filesystem::permissions(program, std::filesystem::perms::owner_all);
 }
 
-/// What the last button of the permissions window opens on a desktop of this name.
+/// What the last button but that for the details opens on a desktop of this name.
 std::string openedOn(const std::string& desktop) {
   WithoutAccessibility running(desktop);
   auto& session = running.session;
   for (const auto* name : {"xdg-open", "gnome-control-center"}) standIn(session, name);
   session.run({"xdotool", "search", "--sync", "--name", "разрешения", "windowactivate", "--sync"});
-  session.run({"xdotool", "key", "shift+Tab", "space"});
+  session.run({"xdotool", "key", "shift+Tab", "shift+Tab", "space"});
   EXPECT_TRUE(waitFor([&] { return session.readFile("opened").ends_with("\n"); }))
       << session.kivraLog();
   return session.readFile("opened").substr((session.path("bin").string() + "/").size());
@@ -207,10 +207,10 @@ TEST(WholeProgram, EveryControlOfThePermissionsHasANameAndTakesTheFocus) {
   const auto kivra = session.start({KIVRA_PROGRAM}, "kivra.log");
   const ScreenReader reader(busOf(session), "Kivra");
   for (const auto* button :
-       {"Запросить (Input Monitoring)", "Настройки системы… (Input Monitoring)"}) {
+       {"Запросить (Input Monitoring)", "Настройки системы… (Input Monitoring)", "Подробнее…"}) {
     reader.waitFor("push button", button);
   }
-  EXPECT_EQ(checkControls(reader, "permissions"), 2U);
+  EXPECT_EQ(checkControls(reader, "permissions"), 3U);
   for (const auto* state : {"Выдано", "Не выдано"}) reader.waitFor("graphic", state);
 }
 
