@@ -22,8 +22,10 @@ std::string serverLine(const SessionFacts& facts) {
 
 std::string guardLine(const SessionFacts& facts) {
   if (facts.isGuardRunning) return line("Клавиатура", "под присмотром Kivra");
-  return line("Клавиатура", "без присмотра",
-              facts.problem.empty() ? "запустите Kivra: kivra" : "сначала то, что выше");
+  const auto* const remedy = !facts.problem.empty() ? "сначала то, что выше"
+                             : !facts.isAccessibilityOn ? "сначала специальные возможности"
+                                                        : "запустите Kivra: kivra";
+  return line("Клавиатура", "без присмотра", remedy);
 }
 
 std::string layoutsLine(const SessionFacts& facts) {
@@ -53,7 +55,7 @@ std::string inputMethodLine(SessionFacts::InputMethod inputMethod) {
       return line(subject, "свободен");
     case SessionFacts::InputMethod::taken:
       return line(subject, "занят другой программой",
-                  "завершите её (fcitx5, IBus, экранная клавиатура): Kivra займёт её место сама");
+                  "завершите её (fcitx5, IBus, экранная клавиатура) и перезапустите Kivra");
   }
   return {};
 }

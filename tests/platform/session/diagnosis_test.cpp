@@ -40,6 +40,8 @@ TEST(Diagnosis, NamesWhatMendsEachThing) {
   facts.isAccessibilityOn = false;
   ASSERT_EQ(changed(facts).size(), 1U);
   EXPECT_NE(changed(facts)[0].find(accessibilityCommand), std::string::npos);
+  facts.isGuardRunning = false;
+  EXPECT_EQ(changed(facts)[0], "Клавиатура: без присмотра — сначала специальные возможности");
   facts = whole();
   facts.inputMethod = SessionFacts::InputMethod::taken;
   ASSERT_EQ(changed(facts).size(), 1U);
