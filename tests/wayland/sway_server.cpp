@@ -37,7 +37,6 @@ SwayServer::SwayServer(const Options& options) : environment_(options.environmen
   if (::geteuid() == 0 && ::chown(runtime_.c_str(), nobody, nobody) != 0) {
     throw std::runtime_error("cannot give the runtime folder away");
   }
-  std::ofstream(home_ / "sway.log");
   sway_ = std::make_unique<ChildProcess>(
       command(), ChildProcess::Options{.environment = own, .outputFile = home_ / "sway.log"});
   const auto isReady = [this] {
@@ -99,7 +98,7 @@ void SwayServer::writeConfiguration(const Options& options) const {
 
 std::string SwayServer::runtimeEntry(const std::string& prefix) const {
   for (const auto& entry : std::filesystem::directory_iterator(runtime_)) {
-    const auto name = entry.path().filename().string();
+    auto name = entry.path().filename().string();
     if (name.starts_with(prefix) && !name.ends_with(".lock")) return name;
   }
   return "";
