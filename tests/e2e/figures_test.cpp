@@ -149,9 +149,14 @@ void closeSettings(XSession& session) {
     return !session.run({"xdotool", "search", "--onlyvisible", "--name", "настройки"}).empty();
   };
   ASSERT_TRUE(waitFor(shown));
-  session.run({"xdotool", "search", "--name", "настройки", "windowactivate", "--sync"});
-  session.run({"xdotool", "key", "alt+F4"});
-  ASSERT_TRUE(waitFor([&] { return !shown(); }));
+  // A key that comes while the window is being raised may find another in front: a user presses it
+  // again.
+  const auto isClosed = [&] {
+    session.run({"xdotool", "search", "--name", "настройки", "windowactivate", "--sync"});
+    session.run({"xdotool", "key", "alt+F4"});
+    return waitFor([&] { return !shown(); }, 3s);
+  };
+  ASSERT_TRUE(isClosed() || isClosed() || isClosed());
 }
 
 TEST(Figures, WindowsAndIdleness) {
