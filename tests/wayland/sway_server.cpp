@@ -40,8 +40,11 @@ SwayServer::SwayServer(const Options& options) : environment_(options.environmen
   sway_ = std::make_unique<ChildProcess>(
       command(), ChildProcess::Options{.environment = own, .outputFile = home_ / "sway.log"});
   const auto isReady = [this] {
-    environment_["WAYLAND_DISPLAY"] = runtimeEntry("wayland-");
-    environment_["SWAYSOCK"] = runtime_ / runtimeEntry("sway-ipc.");
+    const auto display = runtimeEntry("wayland-");
+    const auto control = runtimeEntry("sway-ipc.");
+    if (display.empty() || control.empty()) return false;
+    environment_["WAYLAND_DISPLAY"] = display;
+    environment_["SWAYSOCK"] = runtime_ / control;
     return message({"-t", "get_version"}).find("human_readable") != std::string::npos;
   };
   if (!waitFor(isReady)) throw std::runtime_error("sway does not start: " + readFile("sway.log"));
