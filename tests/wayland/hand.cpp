@@ -3,6 +3,7 @@
 #include <linux/input-event-codes.h>
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <stdexcept>
 #include <thread>
@@ -34,7 +35,10 @@ std::vector<Event> eventsOf(std::string_view text, const Pace& pace) {
       // No key is pressed twice before it is let go of.
       if (text[next] == text[i]) hold = gap * 9 / 10;
     }
+    const auto isCapital = std::isupper(static_cast<unsigned char>(text[i])) != 0;
+    if (isCapital) events.push_back({time, KEY_LEFTSHIFT, true});
     events.push_back({time, keyOfCharacter(text[i]), true});
+    if (isCapital) events.push_back({time, KEY_LEFTSHIFT, false});
     events.push_back({time + hold, keyOfCharacter(text[i]), false});
   }
   std::ranges::stable_sort(events, {}, &Event::time);
@@ -85,11 +89,13 @@ std::uint16_t keyOfCharacter(char character) {
   constexpr std::string_view rows[] = {"1234567890-=", "qwertyuiop[]", "asdfghjkl;'`",
                                        "zxcvbnm,./"};
   constexpr std::uint16_t first[] = {KEY_1, KEY_Q, KEY_A, KEY_Z};
+  const auto small = static_cast<char>(std::tolower(static_cast<unsigned char>(character)));
   for (std::size_t row = 0; row < std::size(rows); ++row) {
-    const auto column = rows[row].find(character);
+    const auto column = rows[row].find(small);
     if (column != std::string_view::npos) return static_cast<std::uint16_t>(first[row] + column);
   }
   if (character == ' ') return KEY_SPACE;
+  if (character == '\n') return KEY_ENTER;
   throw std::out_of_range(std::string("no key for ") + character);
 }
 

@@ -14,7 +14,8 @@ namespace kivra::e2e {
 /// The map of a keyboard with these layouts.
 wayland::CompiledMap mapOf(const std::string& layouts, const std::string& options = "");
 
-/// The evdev code of the key that gives the character in the English layout, without Shift.
+/// The evdev code of the key that gives the character in the English layout; capitals need Shift as
+/// well.
 std::uint16_t keyOfCharacter(char character);
 
 /// How keys follow each other.
@@ -35,7 +36,8 @@ class Hand {
   void press(std::uint16_t evdev) { key(evdev, true); }
   void release(std::uint16_t evdev) { key(evdev, false); }
   void tap(std::uint16_t evdev);
-  /// The keys of the characters; each is let go of before it is pressed again.
+  /// The keys of the characters, letters, digits and line ends among them; each is let go of before
+  /// it is pressed again.
   void type(std::string_view text, const Pace& pace);
   /// Quickly, key by key.
   void type(std::string_view text) { type(text, Pace()); }

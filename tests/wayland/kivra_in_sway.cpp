@@ -10,7 +10,8 @@ namespace kivra::e2e {
 
 using namespace std::chrono_literals;
 
-KivraInSway::KivraInSway() {
+KivraInSway::KivraInSway(const std::string& moreConfig)
+    : sway({.moreConfig = moreConfig, .environment = {{"XDG_CACHE_HOME", KIVRA_E2E_CACHE}}}) {
   bus_.switchAccessibilityOn();
   compositor_.roundtrip();
 }
@@ -42,7 +43,7 @@ std::unique_ptr<ChildProcess> KivraInSway::open(const std::vector<std::string>& 
 bool KivraInSway::getsFocus(const std::string& application) {
   return waitFor([&] {
     compositor_.dispatch();
-    return toplevels_.activeApplication() == application;
+    return toplevels_.activeApplication().value_or("").starts_with(application);
   });
 }
 

@@ -15,14 +15,15 @@ namespace kivra::e2e {
 /// A session of sway with a hand at the keyboard, in which the real program and its guard run.
 class KivraInSway {
  public:
-  KivraInSway();
+  /// In a sway with these lines of configuration as well.
+  explicit KivraInSway(const std::string& moreConfig = "");
 
   /// Starts the program and waits until it corrects; std::runtime_error when it does not.
   void startKivra(const std::vector<std::string>& command = {KIVRA_PROGRAM});
   ChildProcess& kivra() { return *kivra_; }
   std::string kivraLog() const { return sway.readFile("kivra.log"); }
 
-  /// Opens a program's window and waits until it has the focus.
+  /// Opens a program's window and waits until it has the focus; by how its application id begins.
   std::unique_ptr<ChildProcess> open(const std::vector<std::string>& command,
                                      const std::string& application, const std::string& log = "");
   /// Whether the application's window has the focus, or soon has.
@@ -44,7 +45,7 @@ class KivraInSway {
   /// Waits until the file is this, or five seconds.
   std::string written(const std::string& file, const std::string& expected) const;
 
-  EnteredSway sway{{.environment = {{"XDG_CACHE_HOME", KIVRA_E2E_CACHE}}}};
+  EnteredSway sway;
   Hand hand;
 
  private:

@@ -38,7 +38,8 @@ SwayServer::SwayServer(const Options& options) : environment_(options.environmen
     throw std::runtime_error("cannot give the runtime folder away");
   }
   sway_ = std::make_unique<ChildProcess>(
-      command(), ChildProcess::Options{.environment = own, .outputFile = home_ / "sway.log"});
+      asItsUser({"sway", "--config", home_ / "sway.conf"}),
+      ChildProcess::Options{.environment = own, .outputFile = home_ / "sway.log"});
   const auto isReady = [this] {
     const auto display = runtimeEntry("wayland-");
     const auto control = runtimeEntry("sway-ipc.");
@@ -78,8 +79,7 @@ std::string SwayServer::readFile(const std::string& name) const {
   return {std::istreambuf_iterator(file), {}};
 }
 
-std::vector<std::string> SwayServer::command() const {
-  std::vector<std::string> command = {"sway", "--config", home_ / "sway.conf"};
+std::vector<std::string> SwayServer::asItsUser(std::vector<std::string> command) {
   if (::geteuid() == 0) {
     const auto id = std::to_string(nobody);
     command.insert(command.begin(), {"setpriv", "--reuid", id, "--regid", id, "--clear-groups"});

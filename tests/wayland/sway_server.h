@@ -39,6 +39,9 @@ class SwayServer {
   std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command,
                                       const std::string& log = "");
 
+  /// The command as sway's own user runs it: XWayland lets nobody else in.
+  static std::vector<std::string> asItsUser(std::vector<std::string> command);
+
   /// Has sway run a command, and answers what it says: in JSON, if it is asked for something.
   std::string message(const std::vector<std::string>& arguments) const;
 
@@ -49,7 +52,6 @@ class SwayServer {
   void kill() { sway_->signal(9); }
 
  private:
-  std::vector<std::string> command() const;
   void writeConfiguration(const Options& options) const;
   std::string runtimeEntry(const std::string& prefix) const;
 

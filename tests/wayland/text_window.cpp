@@ -1,6 +1,7 @@
 #include "text_window.h"
 
 #include <fcntl.h>
+#include <linux/input-event-codes.h>
 #include <poll.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -227,6 +228,7 @@ void TextWindow::Client::takeKey(std::uint32_t /*serial*/, std::uint32_t /*time*
     removeLastScalar(shown_.text);
     return;
   }
+  if (evdev == KEY_ENTER) shown_.text += '\n';
   std::array<char, 8> bytes{};
   xkb_state_key_get_utf8(state_.get(), xkbCode(key), bytes.data(), bytes.size());
   if (static_cast<unsigned char>(bytes[0]) >= 0x20) shown_.text += bytes.data();

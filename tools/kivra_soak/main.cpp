@@ -67,7 +67,11 @@ int main(int count, char** values) {
     std::cout << "seed " << arguments.soak.seed << std::endl;
     Soak soak(arguments.soak, std::cout);
     const auto first = soak.processes();
-    for (int i = 0; i < arguments.kills; ++i) soak.killInAllWays();
+    for (int i = 0; i < arguments.kills; ++i) {
+      soak.killInAllWays();
+      std::cout << "kills " << soak.counts().kills << ", letters off " << soak.counts().lettersOff
+                << std::endl;  // so that a run that is cut short has told something
+    }
     const auto end = std::chrono::steady_clock::now() +
                      std::chrono::duration_cast<std::chrono::steady_clock::duration>(
                          std::chrono::duration<double, std::ratio<60>>(
