@@ -6,8 +6,10 @@ target_compile_options(
                           -Woverloaded-virtual $<$<BOOL:${KIVRA_WERROR}>:-Werror>)
 
 if(CMAKE_UNITY_BUILD)
-  # Names of one file are not shadowed in another; the plain build looks for those that are.
-  target_compile_options(kivra_options INTERFACE -Wno-shadow)
+  # Names of one file are not shadowed in another, and types of a file's own are its own although it
+  # is included in one with all the others; the plain build looks for those that are not.
+  target_compile_options(kivra_options INTERFACE
+                         -Wno-shadow $<$<CXX_COMPILER_ID:GNU>:-Wno-subobject-linkage>)
 endif()
 
 if(KIVRA_SANITIZE)

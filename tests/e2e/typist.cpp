@@ -65,20 +65,11 @@ void Typist::use(int keyboard, bool isReopened) {
 
 void Typist::leaveFor(int keyboard) { keyboard_ = &session_.server().keyboard(keyboard); }
 
-void Typist::setHand(std::chrono::milliseconds key, bool isRolling) {
-  if (key >= 30ms) {
-    pace_ = {.key = key, .hold = 85ms, .isUneven = true};
-  } else {
-    pace_ = {.key = key, .hold = isRolling ? 1500us * key.count() : 500us * key.count()};
-  }
-}
-
 std::chrono::microseconds Typist::nextHold() {
-  if (!pace_.isUneven) return pace_.hold;
   // The constants are those of the C standard's example of rand.
   random_ = random_ * 1103515245 + 12345;
-  const auto percent = 60 + (random_ >> 16) % 81;
-  return pace_.hold * percent / 100;
+  const auto percent = (random_ >> 16) % 101;
+  return pace_.hold + pace_.spread * percent / 100;
 }
 
 std::vector<Typist::Event> Typist::eventsOf(std::string_view text) {

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "keyboard.h"
+#include "pace.h"
 #include "x_session.h"
 
 namespace kivra::e2e {
@@ -33,15 +34,6 @@ inline constexpr std::uint8_t pause = 127;
 inline constexpr std::uint8_t p = 33;
 }  // namespace keys
 
-/// How keys follow each other.
-struct Pace {
-  std::chrono::microseconds key{10000};  ///< from one press to the next
-  /// How long each key is held, as far as it is not pressed again meanwhile; longer than `key` for
-  /// hands that roll.
-  std::chrono::microseconds hold{1000};
-  bool isUneven = false;  ///< `hold` varies by up to two fifths, as hands do
-};
-
 /// A person at the keyboard: presses the keys of a device, each character with the key that gives
 /// it in the English layout, whatever layout is selected.
 class Typist {
@@ -56,9 +48,9 @@ class Typist {
   void setPace(std::chrono::microseconds hold, std::chrono::microseconds gap) {
     pace_ = {.key = hold + gap, .hold = hold};
   }
-  /// A hand at this pace: from 30 ms a key on it holds keys for 50 to 120 ms, below that for half
-  /// again the pace if it rolls, and for half the pace if not.
-  void setHand(std::chrono::milliseconds key, bool isRolling);
+  void setHand(std::chrono::milliseconds key, bool isRolling) {
+    pace_ = paceOfHands(key, isRolling);
+  }
 
   void type(std::string_view text);
   void tap(std::uint8_t code);

@@ -17,13 +17,6 @@ constexpr int wordCount = 100;
 
 class GuardedTyping : public testing::TestWithParam<std::chrono::milliseconds> {};
 
-/// From 30 ms a key on hands hold keys for 50 to 120 ms, below that for half again the pace if they
-/// roll, and for half the pace if not.
-Pace paceOf(std::chrono::milliseconds key, bool isRolling) {
-  if (key >= 30ms) return {.key = key, .hold = 50ms, .spread = 80ms};
-  return {.key = key, .hold = std::chrono::microseconds(key) * (isRolling ? 3 : 1) / 2};
-}
-
 INSTANTIATE_TEST_SUITE_P(Hands, GuardedTyping, testing::Values(0ms, 2ms, 5ms, 10ms, 30ms),
                          [](const auto& pace) {
                            return "at_" + std::to_string(pace.param.count()) + "ms";
@@ -38,7 +31,7 @@ TEST_P(GuardedTyping, KeepsTheOrderAndCorrectsEachWord) {
   const auto hands = GetParam() >= 30ms ? std::vector{false} : std::vector{false, true};
   for (const bool isRolling : hands) {
     session.window.clear();
-    session.hand.type(text, paceOf(GetParam(), isRolling));
+    session.hand.type(text, paceOfHands(GetParam(), isRolling));
     const auto result = session.window.textAfter(expected);
     const auto count = compareWords(result, expected);
     EXPECT_EQ(count.wrong, 0) << "rolling: " << isRolling << ": " << count.firstDifference;

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "pace.h"
 #include "platform/wayland/guard/virtual_keyboard.h"
 
 namespace kivra::e2e {
@@ -17,15 +18,6 @@ wayland::CompiledMap mapOf(const std::string& layouts, const std::string& option
 /// The evdev code of the key that gives the character in the English layout; capitals need Shift as
 /// well.
 std::uint16_t keyOfCharacter(char character);
-
-/// How keys follow each other.
-struct Pace {
-  std::chrono::microseconds key{10000};  ///< from one press to the next
-  /// How long each key is held, unless it is pressed again meanwhile; longer than `key` for hands
-  /// that roll.
-  std::chrono::microseconds hold{1000};
-  std::chrono::microseconds spread{0};  ///< `hold` is up to so much longer, as with real hands
-};
 
 /// A person at a keyboard of the compositor's of this process's environment. In wlroots compositors
 /// the keyboard keeps its own modifiers, locks and layout, as a real one does; KWin keeps them.

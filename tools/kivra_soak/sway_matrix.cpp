@@ -18,11 +18,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-e2e::Pace paceOf(std::chrono::milliseconds key, bool isRolling) {
-  if (key >= 30ms) return {.key = key, .hold = 50ms, .spread = 70ms};
-  return {.key = key, .hold = std::chrono::microseconds(key) * (isRolling ? 3 : 1) / 2};
-}
-
 class SwayHands : public Hands {
  public:
   explicit SwayHands(e2e::KivraInSway& session) : session_(session) {}
@@ -30,7 +25,7 @@ class SwayHands : public Hands {
   // The layout of the last word stays; one that is right in the other layout brings that back.
   void prepare() override { session_.hand.type("hello "); }
   void type(const std::string& text, std::chrono::milliseconds pace, bool isRolling) override {
-    session_.hand.type(text, paceOf(pace, isRolling));
+    session_.hand.type(text, e2e::paceOfHands(pace, isRolling));
   }
   // A window that is opened is told of the keys that are down.
   bool areOffTheKeys() override {
