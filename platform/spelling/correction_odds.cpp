@@ -23,16 +23,18 @@ struct Weights {
   double name;         ///< a name is seldom meant by a word in lower case
   double otherForm;    ///< another form of the candidate
   double derived;      ///< a dictionary word with a prefix or suffix
+  double dearDerived;  ///< the same, when the word is long and the slip a dear one
   double compound;     ///< two dictionary words
   double family;       ///< a dear slip in a word of which the lists know several forms
   double frontLetter;  ///< the candidate behind one letter more: programs ("xmessage")
 };
 
-constexpr Weights russian = {-4.283, 0.022,  0.343,  0.064,  -0.098, -0.247, 0.475, 0.565, 0.104,
-                             -0.067, -4.383, -3.779, -2.776, -0.408, -1.082, 0,     -4.5,  0};
-constexpr Weights english = {-5.032, 0.035,  0.286,  0.169,  -0.037, -0.820,
-                             0.933,  0.467,  0.044,  -0.089, -2.230, -1.854,
-                             -0.653, -1.142, -1.288, -1.364, -3.554, -1.807};
+constexpr Weights russian = {-4.383, 0.022, 0.343,  0.064,  -0.098, -0.247, 0.475,
+                             0.565,  0.104, -0.067, -4.383, -3.779, -2.776, -0.408,
+                             -1.082, -1.5,  0,      -4.5,   0};
+constexpr Weights english = {-5.132, 0.035, 0.286,  0.169,  -0.037, -0.820, 0.933,
+                             0.467,  0.044, -0.089, -2.230, -1.854, -0.653, -1.142,
+                             -1.288, -1.5,  -1.364, -3.554, -1.807};
 
 constexpr int mostLead = 40;
 constexpr int mostNearLead = 8;
@@ -41,6 +43,8 @@ constexpr std::size_t mostLetters = 7;
 // From this cost on a slip is one of the hand: slips of the ear have families too ("искуственный").
 constexpr int dearSlip = 15;
 constexpr std::size_t fewestOfFamily = 3;
+// The parts of shorter ones may be there by chance ("срозу").
+constexpr std::size_t longDerived = 9;
 
 bool isRussian(std::string_view word) {
   return std::ranges::any_of(word, [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
@@ -69,11 +73,13 @@ double CorrectionOdds::of(const CorrectionEvidence& evidence) const {
   odds += weights.strangeness * index_.habits().cost(typed) / letters;
   if (known) odds += weights.listed * known->frequency.level;
   if (WordFormation::isOtherForm(typed, evidence.meant)) odds += weights.otherForm;
-  if (formation_.isDerived(typed)) odds += weights.derived;
-  if (formation_.isCompound(typed)) odds += weights.compound;
-  if (evidence.cost >= dearSlip && formation_.listedForms(typed) >= fewestOfFamily) {
-    odds += weights.family;
+  const bool isDear = evidence.cost >= dearSlip;
+  if (formation_.isDerived(typed)) {
+    odds += weights.derived;
+    if (isDear && typed.size() >= longDerived) odds += weights.dearDerived;
   }
+  if (formation_.isCompound(typed)) odds += weights.compound;
+  if (isDear && formation_.listedForms(typed) >= fewestOfFamily) odds += weights.family;
   if (typed.substr(1) == evidence.meant) odds += weights.frontLetter;
   return odds;
 }

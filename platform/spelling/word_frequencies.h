@@ -5,6 +5,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "platform/spelling/letter_code.h"
+
 namespace kivra {
 
 /// What the frequency lists know about one word, whatever its case.
@@ -25,6 +27,11 @@ inline constexpr std::uint8_t seenUpper = 4;
 inline constexpr std::uint8_t seenMixed = 8;
 inline constexpr std::uint8_t seenCounted = 16;
 inline constexpr std::uint8_t seenShadowed = 32;
+
+/// The bit of `seen` for a case.
+constexpr std::uint8_t seenIn(LetterCase letterCase) {
+  return static_cast<std::uint8_t>(1U << static_cast<unsigned>(letterCase));
+}
 
 /// Word frequencies of one language by encoded word (see letter_code.h).
 using WordFrequencies = std::unordered_map<std::string, WordFrequency>;

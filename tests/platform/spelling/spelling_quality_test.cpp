@@ -64,8 +64,8 @@ struct Bounds {
 TEST_F(SpellingQuality, misspellingsAreSetRight) {
   constexpr Bounds bounds[] = {
       {"misspellings.ru.tsv", true, 92, 2},
-      {"slips_by_ear.ru.tsv", true, 86, 2.5},
-      {"misspellings.en.tsv", false, 79, 2.5},
+      {"slips_by_ear.ru.tsv", true, 87.5, 2.3},
+      {"misspellings.en.tsv", false, 79, 2},
   };
   for (const auto& [list, isRussian, leastRight, mostWrong] : bounds) {
     const Shares shares = misspellings(oracle(), sample(list), isRussian).both();
@@ -79,13 +79,13 @@ TEST_F(SpellingQuality, slipsMadeFromTextsAreSetRight) {
   const Shares hand =
       misspellings(oracle(), slipsIn(fortunes("ru/love"), SlipKind::hand, 1000), true).both();
   EXPECT_GT(hand.words, 800U);
-  EXPECT_GE(hand.rightPercent(), 80) << notes(hand);
-  EXPECT_LE(hand.wrongPercent(), 5.5) << notes(hand);
+  EXPECT_GE(hand.rightPercent(), 80.5) << notes(hand);
+  EXPECT_LE(hand.wrongPercent(), 5) << notes(hand);
   const Shares ear =
       misspellings(oracle(), slipsIn(fortunes("ru/love"), SlipKind::ear, 1000), true).both();
   EXPECT_GT(ear.words, 800U);
-  EXPECT_GE(ear.rightPercent(), 84) << notes(ear);
-  EXPECT_LE(ear.wrongPercent(), 3.5) << notes(ear);
+  EXPECT_GE(ear.rightPercent(), 83.5) << notes(ear);
+  EXPECT_LE(ear.wrongPercent(), 2.9) << notes(ear);
 }
 
 TEST_F(SpellingQuality, longTextsAreHardlyChanged) {
@@ -93,7 +93,7 @@ TEST_F(SpellingQuality, longTextsAreHardlyChanged) {
     const bool russian = name[2] == '/';
     const Shares corrected = correctedText(oracle(), fortunes(name), russian).both();
     EXPECT_GT(corrected.words, 5'000U) << "run tools/word-data";
-    EXPECT_LE(corrected.wrongPercent(), 0.1) << name << "\n" << notes(corrected);
+    EXPECT_LE(corrected.wrongPercent(), 0.07) << name << "\n" << notes(corrected);
   }
 }
 
@@ -149,14 +149,17 @@ TEST_F(SpellingQuality, slipsByEarBeatWordsNearby) {
 
 TEST_F(SpellingQuality, wordsThatTheDictionaryLacksStay) {
   const Oracle words = oracle();
-  for (const char* word : {"didn",       "doesn",    "wouldn",    "perl",        "unix",
-                           "nazi",       "grey",     "tyre",      "soit",        "Trillian",
-                           "Rubenstein", "noone",    "dishonour", "humourless",  "generalisations",
-                           "thats",      "xmessage", "gsettings", "dereference", "deallocated"}) {
+  for (const char* word :
+       {"didn",       "doesn",    "wouldn",        "perl",        "unix",
+        "nazi",       "grey",     "tyre",          "soit",        "Trillian",
+        "Rubenstein", "noone",    "dishonour",     "humourless",  "generalisations",
+        "thats",      "xmessage", "gsettings",     "dereference", "deallocated",
+        "endian",     "passwd",   "reimplemented", "deconfigure"}) {
     EXPECT_TRUE(words.isValid(word, false) || !words.correction(word, false)) << word;
   }
   for (const char* word : {"просвещенья", "жизнию", "названьем", "буквальнее", "нелатинским",
-                           "сокет", "сокетами", "виджетов", "сгенерировать"}) {
+                           "сокет", "сокетами", "виджетов", "сгенерировать", "коммит", "коммиту",
+                           "датаграмм", "неактивности", "псевдотипом", "предзаписи"}) {
     EXPECT_TRUE(words.isValid(word, true) || !words.correction(word, true)) << word;
   }
 }
