@@ -1,7 +1,6 @@
 #include "platform/spelling/dictionary_files.h"
 
 #include <iconv.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -101,20 +100,6 @@ std::optional<DictionaryText> readDictionary(const DictionaryFiles& files) {
   text.aff = *std::move(affText);
   text.dic = *std::move(dicText);
   return text;
-}
-
-std::uint64_t identityOf(const std::vector<std::filesystem::path>& files) {
-  std::uint64_t hash = 1469598103934665603ULL;
-  const auto mix = [&hash](std::uint64_t value) { hash = (hash ^ value) * 1099511628211ULL; };
-  for (const auto& file : files) {
-    for (const char c : file.string()) mix(static_cast<unsigned char>(c));
-    struct stat status {};
-    const bool present = stat(file.c_str(), &status) == 0;
-    mix(present ? static_cast<std::uint64_t>(status.st_size) : 0);
-    mix(present ? static_cast<std::uint64_t>(status.st_mtim.tv_sec) : 0);
-    mix(present ? static_cast<std::uint64_t>(status.st_mtim.tv_nsec) : 1);
-  }
-  return hash;
 }
 
 std::optional<std::string> readWholeFile(const std::filesystem::path& file) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -33,10 +32,6 @@ std::vector<DictionaryFiles> findDictionaries(const std::vector<std::filesystem:
 /// Reads and checks a dictionary; nothing when a file is missing, empty, cut short, in an unknown
 /// encoding or not in the encoding that it names. Hunspell must not see such files.
 std::optional<DictionaryText> readDictionary(const DictionaryFiles& files);
-
-/// A number that changes when one of the files is replaced or written to (path, size, time of the
-/// last change); missing files count as such.
-std::uint64_t identityOf(const std::vector<std::filesystem::path>& files);
 
 /// The whole of a file, or nothing when it cannot be read.
 std::optional<std::string> readWholeFile(const std::filesystem::path& file);

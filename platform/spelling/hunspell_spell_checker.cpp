@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "platform/spelling/affix_expander.h"
+#include "platform/spelling/checksum.h"
 #include "platform/spelling/letter_code.h"
 #include "platform/spelling/word_splitter.h"
 
@@ -148,16 +149,18 @@ std::optional<HunspellSpellChecker::Prepared> HunspellSpellChecker::prepare(
 std::unique_ptr<SpellingIndex> HunspellSpellChecker::loadIndex(const DictionaryFiles& files,
                                                                const std::string& code,
                                                                const DictionaryText& text) const {
-  const fs::path frequencyFile = firstExisting(options_.dataDirectories, code + ".freq");
-  const std::uint64_t identity = identityOf({files.aff, files.dic, frequencyFile});
-  const std::string cacheName = files.name + ".index";
+  const auto list = readWholeFile(firstExisting(options_.dataDirectories, code + ".freq"));
+  const std::uint64_t identity =
+      checksumOf(list.value_or(""), checksumOf(text.dic, checksumOf(text.aff)));
+  const std::string name = files.name + ".index";
+  if (auto index = SpellingIndex::fromFile(firstExisting(options_.dataDirectories, name), identity))
+    return index;
   const fs::path cache =
-      options_.cacheDirectory.empty() ? fs::path() : options_.cacheDirectory / cacheName;
+      options_.cacheDirectory.empty() ? fs::path() : options_.cacheDirectory / name;
   if (!cache.empty()) {
     if (auto index = SpellingIndex::fromFile(cache, identity)) return index;
   }
-  WordFrequencies frequencies;
-  if (const auto list = readWholeFile(frequencyFile)) frequencies = readFrequencies(*list);
+  const WordFrequencies frequencies = readFrequencies(list.value_or(""));
   const AffixExpander expander(text.aff);
   std::string block = SpellingIndex::build(
       [&](const std::function<void(std::u32string_view, bool)>& form) {

@@ -28,7 +28,8 @@ class HunspellSpellChecker : public SpellChecker {
     /// Where dictionaries lie; earlier directories win.
     std::vector<std::filesystem::path> dictionaryDirectories;
     /// Where the frequency files ("ru.freq") lie; the first directory that has one wins. Without
-    /// one there are fewer and poorer corrections, and short dictionary forms are all valid.
+    /// one there are fewer and poorer corrections, and short dictionary forms are all valid. An
+    /// index ("ru_RU.index") that lies there and fits the dictionary spares building one.
     std::vector<std::filesystem::path> dataDirectories;
     /// Where the index of each dictionary is kept, to start at once the next time; empty: nowhere.
     std::filesystem::path cacheDirectory;

@@ -9,6 +9,8 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/spelling/checksum.h"
+
 namespace kivra {
 namespace {
 
@@ -35,21 +37,6 @@ struct Header {
   std::uint32_t reserved = 0;
 };
 static_assert(sizeof(Header) == 48);
-
-std::uint64_t checksumOf(std::span<const char> bytes) {
-  std::uint64_t hash = bytes.size();
-  std::size_t i = 0;
-  for (; i + 8 <= bytes.size(); i += 8) {
-    std::uint64_t block = 0;
-    std::memcpy(&block, bytes.data() + i, 8);
-    hash = (hash ^ block) * 0x9E3779B97F4A7C15ULL;
-    hash ^= hash >> 29U;
-  }
-  for (; i < bytes.size(); ++i) {
-    hash = (hash ^ static_cast<unsigned char>(bytes[i])) * 0x9E3779B97F4A7C15ULL;
-  }
-  return hash;
-}
 
 // Forms as they come: one arena of bytes and one number each, since a million strings of their own
 // would cost four times the memory.
@@ -123,14 +110,17 @@ void addWord(const FormPile& pile, std::size_t begin, std::size_t end,
              LetterHabitsBuilder& habits) {
   std::uint8_t plainest = 0xFF;
   bool forbidden = false;
+  bool listed = false;
   for (std::size_t i = begin; i < end; ++i) {
     const std::uint8_t mark = pile.mark(i);
     if (mark == forbiddenMark) forbidden = true;
+    if (mark == listedMark) listed = true;
     if (mark <= caseMask) plainest = std::min(plainest, mark);
   }
   const std::string word(pile.word(begin));
-  auto found = frequencies.find(word);
-  if (found == frequencies.end()) found = frequencies.find(foldYo(word));
+  // Few words are looked for: the lists have a fifth of the forms.
+  auto found = listed ? frequencies.find(word) : frequencies.end();
+  if (!listed && word.find(yoCode) != std::string::npos) found = frequencies.find(foldYo(word));
   const WordFrequency frequency = found == frequencies.end() ? WordFrequency{} : found->second;
   const bool inDictionary = plainest != 0xFF && !forbidden;
   if (!inDictionary && (forbidden || frequency.level == 0)) return;
@@ -185,7 +175,7 @@ std::string SpellingIndex::build(const FormSource& forms, const WordFrequencies&
   append(block, bytes.levels.data(), bytes.levels.size());
   append(block, bytes.flags.data(), bytes.flags.size());
   block += habits.finish();
-  header.checksum = checksumOf(std::span(block).subspan(sizeof(Header)));
+  header.checksum = checksumOf(std::string_view(block).substr(sizeof(Header)));
   std::memcpy(block.data(), &header, sizeof(Header));
   return block;
 }
@@ -203,7 +193,8 @@ bool SpellingIndex::attach(std::span<const char> block, std::uint64_t identity) 
   if (block.size() != sizeof(Header) + edgeBytes + wordBytes + LetterHabits::tableSize)
     return false;
   const std::span<const char> body = block.subspan(sizeof(Header));
-  if (checksumOf(body) != header.checksum || header.edgeCount == 0) return false;
+  if (checksumOf({body.data(), body.size()}) != header.checksum || header.edgeCount == 0)
+    return false;
   const std::span edges(reinterpret_cast<const AutomatonEdge*>(body.data()), header.edgeCount);
   if (!WordAutomaton::isSound(edges, header.root, header.wordCount)) return false;
   automaton_ = WordAutomaton(edges, header.root);

@@ -36,7 +36,7 @@ class SpellingIndex {
   using FormSource = std::function<void(const std::function<void(std::u32string_view, bool)>&)>;
 
   /// The block for a dictionary's forms and a frequency list. `identity` is kept in it, to tell
-  /// whether it was made from the files at hand. Takes about a second for a million forms.
+  /// whether it was made from the texts at hand. Takes about a second for a million forms.
   static std::string build(const FormSource& forms, const WordFrequencies& frequencies,
                            std::uint64_t identity);
 

@@ -185,6 +185,39 @@ TEST_F(HunspellSpellCheckerTest, rebuildsADamagedOrStaleCache) {
   EXPECT_EQ(correction(checker, "corect"), "");
 }
 
+TEST_F(HunspellSpellCheckerTest, takesTheIndexThatLiesBesideTheWordData) {
+  writeEnglish();
+  EXPECT_EQ(offered(), Names{"en_US"});
+  const fs::path cache = root_ / "cache/en_US.index";
+  const fs::path shipped = root_ / "en_US.index";
+  fs::rename(cache, shipped);
+  // Written anew by another installation.
+  writeEnglish();
+  EXPECT_EQ(offered(), Names{"en_US"});
+  EXPECT_FALSE(fs::exists(cache)) << "nothing was to be built";
+
+  write("en_US.dic", "2\nparrot\nkitten\n");
+  HunspellSpellChecker checker(options());
+  checker.waitUntilLoaded();
+  EXPECT_TRUE(isValid(checker, "parrot"));
+  EXPECT_EQ(correction(checker, "corect"), "");
+  EXPECT_TRUE(fs::exists(cache));
+
+  fs::remove(cache);
+  writeEnglish();
+  write("en_US.index", "nonsense");
+  EXPECT_EQ(offered(), Names{"en_US"});
+  EXPECT_TRUE(fs::exists(cache));
+}
+
+TEST_F(HunspellSpellCheckerTest, correctsWithACacheThatCannotBeWritten) {
+  writeEnglish();
+  write("cache", "a file where the folder should be");
+  HunspellSpellChecker checker(options());
+  checker.waitUntilLoaded();
+  EXPECT_EQ(correction(checker, "corect"), "correct");
+}
+
 TEST_F(HunspellSpellCheckerTest, worksWithoutCacheAndFrequencies) {
   writeEnglish();
   fs::remove(root_ / "en.freq");
