@@ -49,7 +49,8 @@ TEST(TermCounter, leavesPiecesOut) {
 }
 
 TEST(TermCounter, readsCataloguesOfMessages) {
-  const std::string catalogue("\xDE\x12\x04\x95\0\0\xFF\xFE\0сокет\0сокёт\0", 33);
+  using namespace std::string_literals;
+  const auto catalogue = "\xDE\x12\x04\x95\0\0\xFF\xFE\0сокет\0сокёт\0"s;
   const auto terms = termsOf(catalogue + "\f" + catalogue);
   EXPECT_EQ(terms.size(), 1U);
   EXPECT_TRUE(terms.contains("сокет"));
