@@ -1,27 +1,20 @@
 #pragma once
 
-#include <cstddef>
 #include <string>
 
 #include "platform/embedded/effects.h"
-#include "platform/input_sources.h"
+#include "platform/xkb/xkb_input_sources.h"
 
 namespace kivra::embedded {
 
 /// Enabled input sources whose layouts are real xkb layouts.
-class EmbeddedInputSources : public InputSources {
+class EmbeddedInputSources : public XkbInputSources {
  public:
-  using Source = std::shared_ptr<const InputSource>;
-
   explicit EmbeddedInputSources(Effects& effects);
 
   std::optional<std::vector<Source>> createInputSourceList() override { return sources_; }
   Source copyCurrentKeyboardInputSource() override { return current_; }
   void selectInputSource(const InputSource& source) override;
-  std::uint32_t keyboardType() override { return 0; }
-  std::optional<std::string> keyTranslate(const KeyboardLayoutData& layout, std::uint16_t keyCode,
-                                          std::uint32_t modifierState,
-                                          std::uint32_t keyboardType) override;
 
   /// Enables these sources in place of the others and selects the first.
   void setSources(std::vector<Source> sources);
@@ -34,8 +27,6 @@ class EmbeddedInputSources : public InputSources {
                                const std::string& layout);
 
  private:
-  Source find(const std::string& id) const;
-
   Effects& effects_;
   std::vector<Source> sources_;
   Source current_;

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "platform/xkb/session_layouts.h"
-#include "platform/xkb/xkb_layout.h"
 
 namespace kivra::guard {
 
@@ -14,14 +13,13 @@ void GuardInputSources::meetGroup(std::optional<std::uint32_t> group) {
   groupOfEvent_ = group;
 }
 
-std::optional<std::vector<std::shared_ptr<const InputSource>>>
-GuardInputSources::createInputSourceList() {
+std::optional<std::vector<GuardInputSources::Source>> GuardInputSources::createInputSourceList() {
   read();
   if (sources_.empty()) return std::nullopt;
   return sources_;
 }
 
-std::shared_ptr<const InputSource> GuardInputSources::copyCurrentKeyboardInputSource() {
+GuardInputSources::Source GuardInputSources::copyCurrentKeyboardInputSource() {
   read();
   auto group = groupOfEvent_ ? groupOfEvent_ : display_.group();
   if (!group) group = lastGroup_;
@@ -30,20 +28,11 @@ std::shared_ptr<const InputSource> GuardInputSources::copyCurrentKeyboardInputSo
 
 void GuardInputSources::selectInputSource(const InputSource& source) {
   read();
-  const auto found = std::ranges::find(sources_, source.id, [](const auto& s) { return s->id; });
-  if (found == sources_.end()) return;
-  const auto group = static_cast<std::uint32_t>(found - sources_.begin());
+  const auto place = placeOf(source.id, sources_);
+  if (!place) return;
+  const auto group = static_cast<std::uint32_t>(*place);
   posted_.add({.kind = PostedKey::Kind::selectGroup, .value = group});
   (groupOfEvent_ ? groupOfEvent_ : lastGroup_) = group;
-}
-
-std::optional<std::string> GuardInputSources::keyTranslate(const KeyboardLayoutData& layout,
-                                                           std::uint16_t keyCode,
-                                                           std::uint32_t modifierState,
-                                                           std::uint32_t /*keyboardType*/) {
-  const auto* xkb = dynamic_cast<const XkbLayout*>(&layout);
-  return xkb == nullptr ? std::nullopt
-                        : xkb->character(keyCode, (modifierState & translateShift) != 0);
 }
 
 void GuardInputSources::read() {
@@ -57,14 +46,11 @@ void GuardInputSources::read() {
   }
   const auto layouts = sessionLayouts(keymap, display_.rulesNames());
   for (std::size_t i = 0; i < layouts.size(); ++i) {
-    InputSource source{.id = layouts[i].id.empty() ? "#" + std::to_string(i + 1) : layouts[i].id,
-                       .category = keyboardInputSourceCategory,
-                       .isSelectCapable = true,
-                       .languages = std::nullopt,
-                       .unicodeKeyLayoutData = std::make_shared<const XkbLayout>(
-                           xkb_keymap_ref(keymap), static_cast<std::uint32_t>(i))};
-    if (!layouts[i].languages.empty()) source.languages = layouts[i].languages;
-    sources_.push_back(std::make_shared<const InputSource>(std::move(source)));
+    const auto& [id, languages] = layouts[i];
+    sources_.push_back(keyboardSource(
+        id.empty() ? "#" + std::to_string(i + 1) : id,
+        languages.empty() ? std::nullopt : std::optional(languages),
+        std::make_shared<const XkbLayout>(xkb_keymap_ref(keymap), static_cast<std::uint32_t>(i))));
   }
   xkb_keymap_unref(keymap);
   reportMissingLanguages();
