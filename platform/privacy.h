@@ -37,7 +37,8 @@ class Privacy {
   virtual std::string impediment() { return {}; }
 
   /// What this desktop has of all that the program needs, and what mends what it lacks: a line
-  /// each, for the user; nothing on a desktop that always has everything.
+  /// each, for the user. Looks everywhere; whether there is anything to look for is known at once.
+  virtual bool hasDiagnosis() { return false; }
   virtual std::vector<std::string> diagnosis() { return {}; }
 };
 

@@ -62,7 +62,7 @@ View permissionRow(const PermissionRow& row, const Terms& terms) {
 }  // namespace
 
 OnboardingView::OnboardingView(std::shared_ptr<Permissions> permissions, const Terms& terms)
-    : permissions_(std::move(permissions)), terms_(terms), diagnosis_(permissions_->diagnosis()) {
+    : permissions_(std::move(permissions)), terms_(terms) {
   follow(*permissions_);
 }
 
@@ -91,7 +91,7 @@ View OnboardingView::body() {
             .openSettings = openPane(privacy_panes::inputMonitoring)},
            terms_),
        views::note("После выдачи разрешений всё включится автоматически — окно можно закрыть.")});
-  if (!diagnosis_.empty()) view.children.push_back(diagnosis());
+  if (permissions_->hasDiagnosis()) view.children.push_back(diagnosis());
   view.alignment = ViewAlignment::leading;
   view.padding = 24;
   view.width = 480;
@@ -103,14 +103,12 @@ View OnboardingView::diagnosis() {
       4, {views::button("Подробнее…",
                         weakly(weak_from_this(), [](auto& view) { view.showDiagnosis(); }))});
   column.alignment = ViewAlignment::leading;
-  if (!isDiagnosisShown_) return column;
   for (const auto& line : diagnosis_) column.children.push_back(views::note(line));
   return column;
 }
 
 void OnboardingView::showDiagnosis() {
   willChange();
-  isDiagnosisShown_ = true;
   diagnosis_ = permissions_->diagnosis();
 }
 

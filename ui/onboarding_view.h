@@ -25,7 +25,6 @@ class OnboardingView : public HostedView, public std::enable_shared_from_this<On
   std::shared_ptr<Permissions> permissions_;
   const Terms& terms_;
   std::vector<std::string> diagnosis_;  // when it was asked for last
-  bool isDiagnosisShown_ = false;
 };
 
 }  // namespace kivra

@@ -48,7 +48,8 @@ class Permissions : public Observable, public std::enable_shared_from_this<Permi
   /// What this desktop says that keeps the program from working; mostly empty.
   std::string impediment() { return privacy_.impediment(); }
 
-  /// What this desktop says of all that the program needs, a line each; may be empty.
+  /// What this desktop says, if it does, of all that the program needs, a line each.
+  bool hasDiagnosis() { return privacy_.hasDiagnosis(); }
   std::vector<std::string> diagnosis() { return privacy_.diagnosis(); }
 
  private:

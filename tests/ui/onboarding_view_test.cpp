@@ -11,7 +11,7 @@
 namespace kivra {
 namespace {
 
-/// A desktop that has something to tell of itself, or nothing.
+/// A desktop that tells of itself when it is asked, and counts how often that is.
 class TalkativeDesktop : public Privacy {
  public:
   bool isProcessTrusted() override { return false; }
@@ -19,9 +19,14 @@ class TalkativeDesktop : public Privacy {
   AccessType checkAccess() override { return AccessType::denied; }
   bool requestAccess() override { return false; }
   std::string privacyPaneAddress() override { return {}; }
-  std::vector<std::string> diagnosis() override { return lines; }
+  bool hasDiagnosis() override { return isTalkative; }
+  std::vector<std::string> diagnosis() override {
+    ++questions;
+    return {"tray: missing"};
+  }
 
-  std::vector<std::string> lines;
+  bool isTalkative = true;
+  int questions = 0;
 };
 
 /// The node that says this, or null.
@@ -47,18 +52,20 @@ class OnboardingViewTest : public ::testing::Test {
 };
 
 TEST_F(OnboardingViewTest, TellsOnRequestWhatTheDesktopHas) {
-  privacy_.lines = {"tray: missing"};
   const auto shown = view();
-  EXPECT_EQ(find(shown->body(), "tray: missing"), nullptr);
-  privacy_.lines = {"tray: there"};
   const auto body = shown->body();
+  EXPECT_EQ(find(body, "tray: missing"), nullptr);
   const auto* const button = find(body, "Подробнее…");
   ASSERT_NE(button, nullptr);
+  EXPECT_EQ(privacy_.questions, 0) << "nobody has wanted to know";
   button->action();
-  EXPECT_NE(find(shown->body(), "tray: there"), nullptr) << "as it is by now";
+  EXPECT_NE(find(shown->body(), "tray: missing"), nullptr);
+  button->action();
+  EXPECT_EQ(privacy_.questions, 2) << "as it is by now";
 }
 
 TEST_F(OnboardingViewTest, HasNoButtonForADesktopThatTellsNothing) {
+  privacy_.isTalkative = false;
   EXPECT_EQ(find(view()->body(), "Подробнее…"), nullptr);
 }
 

@@ -47,6 +47,7 @@ class LinuxDesktop : public Privacy {
   std::string accessibilityRemedy() override;
   std::string inputMonitoringRemedy() override;
   std::string impediment() override;
+  bool hasDiagnosis() override { return true; }
   std::vector<std::string> diagnosis() override;
 
  private:
