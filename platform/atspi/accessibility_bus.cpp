@@ -22,15 +22,15 @@ AccessibilityBus::~AccessibilityBus() = default;
 bool AccessibilityBus::isEnabled() const { return watcher_->isEnabled; }
 void AccessibilityBus::meetApplications() { watcher_->meetApplications(); }
 void AccessibilityBus::requestEnabled() { watcher_->requestEnabled(); }
-bool AccessibilityBus::isPasswordFocused() const { return watcher_->isPasswordFocused; }
+bool AccessibilityBus::isPasswordFocused() const { return watcher_->focus.isPassword; }
 
 std::chrono::steady_clock::time_point AccessibilityBus::lastCaretMove() {
   if (!std::exchange(isCaretFollowed_, true)) watcher_->followCaret();
-  return watcher_->lastCaretMove;
+  return watcher_->focus.lastCaretMove;
 }
 
 std::optional<AccessibleObject> AccessibilityBus::focusedObject() const {
-  return watcher_->focusedObject();
+  return watcher_->focus.get();
 }
 
 std::future<std::optional<std::string>> AccessibilityBus::text(
@@ -40,8 +40,8 @@ std::future<std::optional<std::string>> AccessibilityBus::text(
 }
 
 bool AccessibilityBus::hasSelectionBehind(std::size_t characters) {
-  if (!watcher_->mayHaveSelection.exchange(false)) return false;
-  const auto object = watcher_->focusedObject();
+  if (!watcher_->focus.mayHaveSelection.exchange(false)) return false;
+  const auto object = watcher_->focus.get();
   if (!object) return false;
   const auto now = std::chrono::steady_clock::now();
   if (now < nextQuestion_) return false;

@@ -19,66 +19,33 @@ constexpr guint retryInterval = 1;  // s
 
 }  // namespace
 
-AccessibilityWatcher::AccessibilityWatcher()
-    : context_(g_main_context_new()), loop_(g_main_loop_new(context_, FALSE)) {
-  thread_ = std::thread([this] { run(); });
-  std::unique_lock lock(mutex_);
-  answered_.wait_for(lock, firstAnswer, [this] { return hasAnswered_; });
+AccessibilityWatcher::AccessibilityWatcher() : thread_([this] { check(); }, [this] { finish(); }) {
+  thread_.begun().wait_for(firstAnswer);
 }
 
-AccessibilityWatcher::~AccessibilityWatcher() {
-  g_cancellable_cancel(cancellable_);
-  g_main_context_invoke(
-      context_, [](gpointer loop) { return g_main_loop_quit(static_cast<GMainLoop*>(loop)), 0; },
-      loop_);
-  thread_.join();
-  g_main_loop_unref(loop_);
-  g_main_context_unref(context_);
-  g_object_unref(cancellable_);
-}
+AccessibilityWatcher::~AccessibilityWatcher() { g_cancellable_cancel(cancellable_.get()); }
 
 void AccessibilityWatcher::requestEnabled() {
-  g_main_context_invoke(
-      context_,
-      [](gpointer self) { return static_cast<AccessibilityWatcher*>(self)->switchOn(), 0; }, this);
+  thread_.call([this] { switchOn(); });
 }
 
 void AccessibilityWatcher::meetApplications() {
-  g_main_context_invoke(
-      context_,
-      [](gpointer self) {
-        return static_cast<AccessibilityWatcher*>(self)->applications_.meet(), 0;
-      },
-      this);
+  thread_.call([this] { applications_.meet(); });
 }
 
 void AccessibilityWatcher::followCaret() {
-  g_main_context_invoke(
-      context_,
-      [](gpointer self) -> gboolean {
-        auto& watcher = *static_cast<AccessibilityWatcher*>(self);
-        watcher.isCaretFollowed_ = true;
-        if (watcher.accessibility_) watcher.listenToCaret();
-        return G_SOURCE_REMOVE;
-      },
-      this);
+  thread_.call([this] {
+    isCaretFollowed_ = true;
+    if (accessibility_) listenToCaret();
+  });
 }
 
-std::optional<AccessibleObject> AccessibilityWatcher::focusedObject() {
-  const std::lock_guard lock(mutex_);
-  return focused_;
-}
-
-void AccessibilityWatcher::run() {
-  g_main_context_push_thread_default(context_);
-  check();
-  g_main_loop_run(loop_);
-  stopRetrying();
+void AccessibilityWatcher::finish() {
+  retry_.reset();
   applications_.finish();
   applications_.setBus(nullptr);
   accessibility_.reset();
   session_.reset();
-  g_main_context_pop_thread_default(context_);
 }
 
 void AccessibilityWatcher::check() {
@@ -98,41 +65,31 @@ void AccessibilityWatcher::check() {
 
 // Until accessibility is on, and should the session bus come later than the program.
 void AccessibilityWatcher::retry() {
-  if (retry_ != nullptr) return;
-  retry_ = g_timeout_source_new_seconds(retryInterval);
+  if (retry_) return;
+  retry_.reset(g_timeout_source_new_seconds(retryInterval));
   g_source_set_callback(
-      retry_,
+      retry_.get(),
       [](gpointer self) -> gboolean {
         static_cast<AccessibilityWatcher*>(self)->check();
         return G_SOURCE_CONTINUE;
       },
       this, nullptr);
-  g_source_attach(retry_, context_);
-}
-
-void AccessibilityWatcher::stopRetrying() {
-  if (retry_ == nullptr) return;
-  g_source_destroy(retry_);
-  g_source_unref(retry_);
-  retry_ = nullptr;
+  g_source_attach(retry_.get(), g_main_context_get_thread_default());
 }
 
 void AccessibilityWatcher::setEnabled(bool enabled) {
+  isEnabled = enabled;
   if (enabled) {
-    stopRetrying();
+    retry_.reset();
   } else {
+    focus.isPassword = false;
     retry();
   }
-  isEnabled = enabled;
-  if (!enabled) isPasswordFocused = false;
-  const std::lock_guard lock(mutex_);
-  hasAnswered_ = true;
-  answered_.notify_all();
 }
 
 bool AccessibilityWatcher::connect() {
   if (session_ && g_dbus_connection_is_closed(session_.get()) == 0) return true;
-  session_ = connectToBus(G_BUS_TYPE_SESSION, cancellable_);
+  session_ = connectToBus(G_BUS_TYPE_SESSION, cancellable_.get());
   if (!session_) return false;
   g_dbus_connection_signal_subscribe(session_.get(), statusName, propertiesInterface,
                                      "PropertiesChanged", statusPath, statusInterface,
@@ -146,7 +103,7 @@ void AccessibilityWatcher::connectAccessibilityBus() {
   if (!reply) return;
   const char* address = nullptr;
   g_variant_get(reply.get(), "(&s)", &address);
-  accessibility_ = connectToBus(address, cancellable_);
+  accessibility_ = connectToBus(address, cancellable_.get());
   if (!accessibility_) return;
   listen("StateChanged", "focused", onFocus, "object:state-changed:focused");
   listen("TextSelectionChanged", nullptr, onSelection, "object:text-selection-changed");
@@ -171,7 +128,7 @@ VariantPointer AccessibilityWatcher::call(GDBusConnection* bus, const char* name
                                           GVariant* arguments) {
   return VariantPointer(g_dbus_connection_call_sync(bus, name, path, interface, method, arguments,
                                                     nullptr, G_DBUS_CALL_FLAGS_NONE, watchTimeout,
-                                                    cancellable_, nullptr));
+                                                    cancellable_.get(), nullptr));
 }
 
 void AccessibilityWatcher::switchOn() {
@@ -182,27 +139,16 @@ void AccessibilityWatcher::switchOn() {
 }
 
 void AccessibilityWatcher::focusChanged(const char* sender, const char* path, bool focused) {
-  const AccessibleObject object{sender, path};
-  {
-    const std::lock_guard lock(mutex_);
-    if (!focused && object != focused_) return;
-    focused_ = focused ? std::optional(object) : std::nullopt;
-  }
-  mayHaveSelection = false;
   if (!focused) {
-    isPasswordFocused = false;
+    focus.lost({sender, path});
     return;
   }
+  focus.gained({sender, path});
   const auto reply =
       call(accessibility_.get(), sender, path, accessibleInterface, "GetRole", nullptr);
   guint32 role = 0;
   if (reply) g_variant_get(reply.get(), "(u)", &role);
-  isPasswordFocused = role == passwordRole;
-}
-
-bool AccessibilityWatcher::isFocused(const char* sender, const char* path) {
-  const std::lock_guard lock(mutex_);
-  return AccessibleObject{sender, path} == focused_;
+  focus.isPassword = role == passwordRole;
 }
 
 void AccessibilityWatcher::listenToCaret() {
@@ -231,14 +177,16 @@ void AccessibilityWatcher::onRegistryChange(GDBusConnection*, const char*, const
 
 void AccessibilityWatcher::onSelection(GDBusConnection*, const char* sender, const char* path,
                                        const char*, const char*, GVariant*, gpointer self) {
-  auto& watcher = *static_cast<AccessibilityWatcher*>(self);
-  if (watcher.isFocused(sender, path)) watcher.mayHaveSelection = true;
+  auto& focus = static_cast<AccessibilityWatcher*>(self)->focus;
+  if (focus.get() == AccessibleObject{sender, path}) focus.mayHaveSelection = true;
 }
 
 void AccessibilityWatcher::onCaret(GDBusConnection*, const char* sender, const char* path,
                                    const char*, const char*, GVariant*, gpointer self) {
-  auto& watcher = *static_cast<AccessibilityWatcher*>(self);
-  if (watcher.isFocused(sender, path)) watcher.lastCaretMove = std::chrono::steady_clock::now();
+  auto& focus = static_cast<AccessibilityWatcher*>(self)->focus;
+  if (focus.get() == AccessibleObject{sender, path}) {
+    focus.lastCaretMove = std::chrono::steady_clock::now();
+  }
 }
 
 }  // namespace kivra

@@ -2,12 +2,10 @@
 
 #include <gio/gio.h>
 
-#include <future>
-#include <map>
 #include <string_view>
-#include <thread>
 #include <utility>
 
+#include "platform/io/loop_thread.h"
 #include "platform/session/session_names.h"
 
 namespace kivra {
@@ -62,54 +60,35 @@ class SessionService::Server {
   Server(CallOnMainThread callOnMainThread, Handlers handlers)
       : callOnMainThread_(std::move(callOnMainThread)),
         handlers_(std::make_shared<Handlers>(std::move(handlers))),
-        context_(g_main_context_new()),
-        loop_(g_main_loop_new(context_, FALSE)) {
-    std::promise<void> isServing;
-    auto served = isServing.get_future();
-    thread_ = std::thread([this, &isServing] { serve(isServing); });
-    served.wait();
+        thread_([this] { serve(); }, [this] { finish(); }) {
+    thread_.begun().wait();
   }
-  ~Server() {
-    // The loop may not have begun to run: a request to end it waits for it.
-    g_main_context_invoke(
-        context_,
-        [](gpointer loop) {
-          g_main_loop_quit(static_cast<GMainLoop*>(loop));
-          return G_SOURCE_REMOVE;
-        },
-        loop_);
-    thread_.join();
-    g_main_loop_unref(loop_);
-    g_main_context_unref(context_);
-  }
-  Server(const Server&) = delete;
-  Server& operator=(const Server&) = delete;
 
  private:
-  void serve(std::promise<void>& isServing) {
-    g_main_context_push_thread_default(context_);
+  void serve() {
     // The connection that the claim to be the only instance is made on: what answers for the
     // program's name is what owns it.
-    auto* const bus = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
-    if (bus != nullptr) g_dbus_connection_set_exit_on_close(bus, FALSE);
-    const auto registrations = bus == nullptr ? std::vector<guint>() : registerObjects(bus);
-    isServing.set_value();
-    g_main_loop_run(loop_);
-    for (const auto registration : registrations) {
-      g_dbus_connection_unregister_object(bus, registration);
-    }
-    // The answer to the command that ended the program.
-    if (bus != nullptr) g_dbus_connection_flush_sync(bus, nullptr, nullptr);
-    g_main_context_pop_thread_default(context_);
+    bus_ = g_bus_get_sync(G_BUS_TYPE_SESSION, nullptr, nullptr);
+    if (bus_ == nullptr) return;
+    g_dbus_connection_set_exit_on_close(bus_, FALSE);
+    registrations_ = registerObjects();
   }
 
-  std::vector<guint> registerObjects(GDBusConnection* bus) {
+  void finish() {
+    for (const auto registration : registrations_) {
+      g_dbus_connection_unregister_object(bus_, registration);
+    }
+    // The answer to the command that ended the program.
+    if (bus_ != nullptr) g_dbus_connection_flush_sync(bus_, nullptr, nullptr);
+  }
+
+  std::vector<guint> registerObjects() {
     static constexpr GDBusInterfaceVTable table = {onCall, nullptr, nullptr, {}};
     auto* const node = g_dbus_node_info_new_for_xml(description, nullptr);
     std::vector<guint> registrations;
     for (auto* const* interface = node->interfaces; *interface != nullptr; ++interface) {
       registrations.push_back(g_dbus_connection_register_object(
-          bus, session_names::path, *interface, &table, this, nullptr, nullptr));
+          bus_, session_names::path, *interface, &table, this, nullptr, nullptr));
     }
     g_dbus_node_info_unref(node);
     return registrations;
@@ -164,9 +143,9 @@ class SessionService::Server {
 
   CallOnMainThread callOnMainThread_;
   std::shared_ptr<Handlers> handlers_;
-  GMainContext* context_;
-  GMainLoop* loop_;
-  std::thread thread_;
+  GDBusConnection* bus_ = nullptr;
+  std::vector<guint> registrations_;
+  LoopThread thread_;
 };
 
 SessionService::SessionService(CallOnMainThread callOnMainThread, Handlers handlers)

@@ -1,8 +1,7 @@
 #pragma once
 
-#include <thread>
-
 #include "bus_client.h"
+#include "platform/io/loop_thread.h"
 
 namespace kivra::e2e {
 
@@ -13,20 +12,12 @@ class BusService {
   /// is served by `table`, whose functions are called on the thread with `self`.
   BusService(const BusClient& client, const BusObject& object, const char* description,
              const GDBusInterfaceVTable& table, void* self);
-  ~BusService();
-  BusService(const BusService&) = delete;
-  BusService& operator=(const BusService&) = delete;
 
   /// What the thread serves.
-  GMainContext* context() const { return context_; }
+  GMainContext* context() const { return thread_.context(); }
 
  private:
-  void serve();
-
-  GMainContext* context_;
-  GMainLoop* loop_;
-  GDBusNodeInfo* description_;
-  std::thread thread_;
+  LoopThread thread_;
 };
 
 }  // namespace kivra::e2e

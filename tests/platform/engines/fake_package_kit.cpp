@@ -1,7 +1,6 @@
 #include "fake_package_kit.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <utility>
 
 namespace kivra {
@@ -25,51 +24,26 @@ constexpr unsigned notAuthorized = 48;
 
 }  // namespace
 
-FakePackageKit::FakePackageKit(Behaviour behaviour)
-    : behaviour_(std::move(behaviour)),
-      context_(g_main_context_new()),
-      loop_(g_main_loop_new(context_, FALSE)),
-      interfaces_(g_dbus_node_info_new_for_xml(description, nullptr)) {
-  g_main_context_push_thread_default(context_);
-  char* const address = g_dbus_address_get_for_bus_sync(G_BUS_TYPE_SYSTEM, nullptr, nullptr);
-  bus_ = g_dbus_connection_new_for_address_sync(
-      address,
-      static_cast<GDBusConnectionFlags>(G_DBUS_CONNECTION_FLAGS_AUTHENTICATION_CLIENT |
-                                        G_DBUS_CONNECTION_FLAGS_MESSAGE_BUS_CONNECTION),
-      nullptr, nullptr, nullptr);
-  g_free(address);
-  if (bus_ == nullptr) throw std::runtime_error("no system bus");
+FakePackageKit::FakePackageKit(Behaviour behaviour) : behaviour_(std::move(behaviour)) {
+  thread_.begun().wait();
+}
+
+void FakePackageKit::serve() {
+  auto* const node = g_dbus_node_info_new_for_xml(description, nullptr);
   const GDBusInterfaceVTable table{onCall, nullptr, nullptr, {}};
-  g_dbus_connection_register_object(bus_, "/org/freedesktop/PackageKit", interfaces_->interfaces[0],
-                                    &table, this, nullptr, nullptr);
+  const auto add = [&](const std::string& path, GDBusInterfaceInfo* interface) {
+    g_dbus_connection_register_object(bus_.get(), path.c_str(), interface, &table, this, nullptr,
+                                      nullptr);
+  };
+  add("/org/freedesktop/PackageKit", node->interfaces[0]);
   for (int number = 1; number <= 4; ++number) {
-    g_dbus_connection_register_object(bus_, ("/" + std::to_string(number)).c_str(),
-                                      interfaces_->interfaces[1], &table, this, nullptr, nullptr);
+    add("/" + std::to_string(number), node->interfaces[1]);
   }
+  g_dbus_node_info_unref(node);
   g_variant_unref(g_dbus_connection_call_sync(
-      bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "RequestName",
-      g_variant_new("(su)", "org.freedesktop.PackageKit", 0U), nullptr, G_DBUS_CALL_FLAGS_NONE, -1,
-      nullptr, nullptr));
-  g_main_context_pop_thread_default(context_);
-  thread_ = std::thread([this] { run(); });
-}
-
-FakePackageKit::~FakePackageKit() {
-  g_main_context_invoke(
-      context_, [](gpointer loop) { return g_main_loop_quit(static_cast<GMainLoop*>(loop)), 0; },
-      loop_);
-  thread_.join();
-  g_dbus_connection_close_sync(bus_, nullptr, nullptr);
-  g_object_unref(bus_);
-  g_dbus_node_info_unref(interfaces_);
-  g_main_loop_unref(loop_);
-  g_main_context_unref(context_);
-}
-
-void FakePackageKit::run() {
-  g_main_context_push_thread_default(context_);
-  g_main_loop_run(loop_);
-  g_main_context_pop_thread_default(context_);
+      bus_.get(), "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus",
+      "RequestName", g_variant_new("(su)", "org.freedesktop.PackageKit", 0U), nullptr,
+      G_DBUS_CALL_FLAGS_NONE, -1, nullptr, nullptr));
 }
 
 std::vector<std::string> FakePackageKit::calls() {
@@ -120,7 +94,7 @@ void FakePackageKit::handle(const std::string& path, const std::string& method, 
 }
 
 void FakePackageKit::emit(const std::string& path, const char* signal, GVariant* arguments) {
-  g_dbus_connection_emit_signal(bus_, nullptr, path.c_str(), transactionInterface, signal,
+  g_dbus_connection_emit_signal(bus_.get(), nullptr, path.c_str(), transactionInterface, signal,
                                 arguments, nullptr);
 }
 

@@ -5,8 +5,10 @@
 #include <functional>
 #include <mutex>
 #include <string>
-#include <thread>
 #include <vector>
+
+#include "platform/io/bus_connection.h"
+#include "platform/io/loop_thread.h"
 
 namespace kivra {
 
@@ -21,9 +23,6 @@ class FakePackageKit {
   };
 
   explicit FakePackageKit(Behaviour behaviour);
-  ~FakePackageKit();
-  FakePackageKit(const FakePackageKit&) = delete;
-  FakePackageKit& operator=(const FakePackageKit&) = delete;
 
   /// The methods that were called, in their order ("Resolve apertium-eng-spa").
   std::vector<std::string> calls();
@@ -32,7 +31,7 @@ class FakePackageKit {
   static void onCall(GDBusConnection* bus, const char* sender, const char* path,
                      const char* interface, const char* method, GVariant* arguments,
                      GDBusMethodInvocation* invocation, gpointer self);
-  void run();
+  void serve();
   void handle(const std::string& path, const std::string& method, GVariant* arguments,
               GDBusMethodInvocation* invocation);
   void emit(const std::string& path, const char* signal, GVariant* arguments);
@@ -42,11 +41,8 @@ class FakePackageKit {
   std::mutex mutex_;
   std::vector<std::string> calls_;
   int transactions_ = 0;
-  GMainContext* context_;
-  GMainLoop* loop_;
-  GDBusConnection* bus_ = nullptr;
-  GDBusNodeInfo* interfaces_;
-  std::thread thread_;
+  BusConnection bus_ = connectToBus(G_BUS_TYPE_SYSTEM);
+  LoopThread thread_{[this] { serve(); }};
 };
 
 }  // namespace kivra
