@@ -29,9 +29,6 @@ EventType eventType(ReportKind kind) {
   }
 }
 
-// A guard may be killed while it starts, and once more; one that fails every time stays away.
-constexpr std::array startDelays = {0ms, 200ms, 500ms, 1000ms, 2000ms, 5000ms, 5000ms};
-
 bool isNotice(EventType type) {
   return type == EventType::tapDisabledByTimeout || type == EventType::tapDisabledByUserInput;
 }
@@ -64,8 +61,7 @@ GuardEventTaps::~GuardEventTaps() { environment_.posted.setWake(nullptr); }
 std::shared_ptr<EventTapPort> GuardEventTaps::eventTapCreate(std::uint64_t mask,
                                                              EventTapCallback callback) {
   attach(false);
-  attempts_ = 0;
-  isUnavailable_ = false;
+  starts_ = {};
   if (!environment_.guard.start()) return nullptr;
   isEnabled_ = false;
   auto tap = std::make_shared<Tap>(mask, std::move(callback));
@@ -138,7 +134,7 @@ void GuardEventTaps::readReports() {
 
 void GuardEventTaps::handle(const Report& report) {
   if (report.kind == ReportKind::keyDown) {
-    attempts_ = 0;
+    starts_.served();
     noticeClick(report);
   }
   if (!handleNotice(report)) handleEvent(report);
@@ -158,7 +154,7 @@ bool GuardEventTaps::handleNotice(const Report& report) {
     case ReportKind::ready:
       return true;
     case ReportKind::unavailable:  // the guard itself has said why
-      isUnavailable_ = true;
+      starts_.refused();
       return true;
     case ReportKind::refused:
       environment_.postRefused();
@@ -250,11 +246,11 @@ void GuardEventTaps::replaceGuard() {
   environment_.guard.stop();
   if (isForeign) {
     environment_.log.log("Kivra: сторож клавиатуры другой версии; перезапустите Kivra");
-  } else if (isUnavailable_ || attempts_ == startDelays.size()) {
-    environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
-  } else {
+  } else if (const auto delay = starts_.next()) {
     environment_.log.log("Kivra: сторож клавиатуры завершился, запускаю нового");
-    later(startDelays[attempts_++], &GuardEventTaps::startAnew);
+    later(*delay, &GuardEventTaps::startAnew);
+  } else {
+    environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
   }
 }
 

@@ -10,6 +10,7 @@
 
 #include "platform/event_tap.h"
 #include "platform/guard/guard_link.h"
+#include "platform/guard/guard_starts.h"
 #include "platform/guard/posted_keys.h"
 #include "platform/guard/watch_fd.h"
 #include "platform/log.h"
@@ -55,7 +56,7 @@ class GuardEventTaps : public EventTaps {
   void setConsumableKeys(const std::vector<KeyChord>& keys) override;
 
   /// The guard that was started last has found that it cannot serve here.
-  bool isUnavailable() const { return isUnavailable_; }
+  bool isUnavailable() const { return starts_.isUnavailable(); }
 
  private:
   struct Tap;
@@ -84,8 +85,7 @@ class GuardEventTaps : public EventTaps {
   bool isEnabled_ = false;
   bool isInCallback_ = false;
   bool isFlushing_ = false;
-  bool isUnavailable_ = false;
-  std::size_t attempts_ = 0;  // guards started since a key was typed
+  GuardStarts starts_;
   std::chrono::steady_clock::time_point lastKey_{};
   std::shared_ptr<void> watch_;
   std::shared_ptr<GuardEventTaps*> self_;  // emptied first, for blocks that come later

@@ -24,6 +24,10 @@ void GuardReports::notice(ReportKind kind, std::uint32_t number) {
   channel_.send({.number = number, .kind = kind, .group = seat_.group()});
 }
 
+void GuardReports::noticeOnce(ReportKind kind) {
+  if (told_.insert(kind).second) notice(kind);
+}
+
 void GuardReports::timeOut() {
   isEnabled_ = false;
   owesNotice_ = !channel_.send({.kind = ReportKind::timedOut, .group = seat_.group()});

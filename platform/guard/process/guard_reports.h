@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <set>
 
 #include "platform/guard/process/guard_channel.h"
 #include "platform/guard/process/seat.h"
@@ -33,6 +34,8 @@ class GuardReports {
 
   /// Tells whoever is at the other end, whether or not the tap is on.
   void notice(ReportKind kind, std::uint32_t number = 0);
+  /// The same, of what has not been told yet.
+  void noticeOnce(ReportKind kind);
 
   /// The program has not answered in time: the tap is off.
   void timeOut();
@@ -49,6 +52,7 @@ class GuardReports {
   bool isEnabled_ = false;
   bool isSecret_ = false;
   bool owesNotice_ = false;
+  std::set<ReportKind> told_;
 };
 
 }  // namespace kivra::guard

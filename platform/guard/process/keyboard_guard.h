@@ -56,8 +56,8 @@ class KeyboardGuard : public SeatListener {
   }
   void focusMoved() override;
   void secrecyChanged(bool isSecret) override;
-  void keyboardMissing() override { reports_.notice(ReportKind::noKeyboard); }
-  void keyboardBusy() override { reports_.notice(ReportKind::keyboardBusy); }
+  void keyboardMissing() override { reports_.noticeOnce(ReportKind::noKeyboard); }
+  void keyboardBusy() override { reports_.noticeOnce(ReportKind::keyboardBusy); }
 
  private:
   friend class GuardState;  // of the test that tells equal states from others

@@ -45,6 +45,7 @@ class SeatListener {
   /// Locked, a password, nobody has the focus, another program holds the keyboard: while it lasts
   /// every key passes at once, nothing is reported and nothing is kept.
   virtual void secrecyChanged(bool isSecret) = 0;
+  /// Both may be told as long as it is so.
   virtual void keyboardMissing() = 0;
   virtual void keyboardBusy() = 0;
 };

@@ -191,8 +191,8 @@ void X11Seat::updateKeyboards(guard::SeatListener& listener) {
   for (const auto device : changes.lost) releaseKeysOf(device, listener);
   for (const auto device : changes.taken) session_.add(device);
   if (!changes.taken.empty()) state_.reset();
-  if (changes.isBusy && !std::exchange(isBusyTold_, true)) listener.keyboardBusy();
-  if (changes.isNoneLeft && !std::exchange(isMissingTold_, true)) listener.keyboardMissing();
+  if (changes.isBusy) listener.keyboardBusy();
+  if (changes.isNoneLeft) listener.keyboardMissing();
   tellSecrecy(listener);
   setTimer(changes.isBusy || focus_.isSecret());
 }

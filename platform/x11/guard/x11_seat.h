@@ -79,8 +79,6 @@ class X11Seat : public guard::Seat {
   int timer_ = -1;
   std::optional<State> state_;  // as far as it is known
   Changes changes_;
-  bool isBusyTold_ = false;
-  bool isMissingTold_ = false;
 };
 
 }  // namespace kivra::x11

@@ -75,6 +75,14 @@ TEST_F(KeyboardGuardTest, AWordThatTheProgramKnowsInPartIsNotMended) {
   EXPECT_NE(bench.reports().back().keyCode, noKeyOfTheProgram) << "a new word";
 }
 
+TEST_F(KeyboardGuardTest, TellsOnceThatAKeyboardIsMissingOrBusy) {
+  for (int times = 0; times < 2; ++times) {
+    bench.guard.keyboardBusy();
+    bench.guard.keyboardMissing();
+  }
+  EXPECT_EQ(kinds(), (std::vector{ReportKind::keyboardBusy, ReportKind::noKeyboard}));
+}
+
 TEST_F(KeyboardGuardTest, TheTimeToDecideBeginsWithTheKeyHoweverLongTheRestWas) {
   bench.pass(10h);
   bench.now += 10h;
