@@ -11,7 +11,6 @@
 #include "platform/embedded/embedded_keychain.h"
 #include "platform/embedded/embedded_language_model.h"
 #include "platform/embedded/embedded_language_recognizer.h"
-#include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_locale.h"
 #include "platform/embedded/embedded_notifications.h"
 #include "platform/embedded/embedded_pasteboard.h"
@@ -22,6 +21,7 @@
 #include "platform/embedded/embedded_translation.h"
 #include "platform/embedded/embedded_windows.h"
 #include "platform/embedded/virtual_time.h"
+#include "platform/monitor_list.h"
 #include "platform/platform.h"
 
 namespace kivra::embedded {
@@ -83,7 +83,7 @@ class EmbeddedDesktop {
   EmbeddedPasteboard pasteboard{effects};
   EmbeddedApplication application{inputSources, pasteboard};
   EmbeddedSession session{effects, application};
-  EmbeddedLocalKeyMonitors localKeyMonitors;
+  MonitorList localKeyMonitors;
   EmbeddedEventStream events{effects, application, session, localKeyMonitors};
   EmbeddedDefaultsDatabase defaults;
   EmbeddedSpellChecker spellChecker;

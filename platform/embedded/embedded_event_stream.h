@@ -6,10 +6,10 @@
 
 #include "platform/embedded/effects.h"
 #include "platform/embedded/embedded_application.h"
-#include "platform/embedded/embedded_local_key_monitors.h"
 #include "platform/embedded/embedded_session.h"
 #include "platform/event_posting.h"
 #include "platform/event_tap.h"
+#include "platform/monitor_list.h"
 
 namespace kivra::embedded {
 
@@ -18,7 +18,7 @@ namespace kivra::embedded {
 class EmbeddedEventStream : public EventTaps, public EventPosting {
  public:
   EmbeddedEventStream(Effects& effects, EmbeddedApplication& application,
-                      const EmbeddedSession& session, const EmbeddedLocalKeyMonitors& monitors)
+                      const EmbeddedSession& session, const MonitorList& monitors)
       : effects_(effects), application_(application), session_(session), monitors_(monitors) {}
 
   /// From now on no tap is created.
@@ -59,7 +59,7 @@ class EmbeddedEventStream : public EventTaps, public EventPosting {
   Effects& effects_;
   EmbeddedApplication& application_;
   const EmbeddedSession& session_;
-  const EmbeddedLocalKeyMonitors& monitors_;
+  const MonitorList& monitors_;
   bool refusesTaps_ = false;
   std::weak_ptr<Tap> tap_;
   std::deque<KeyboardEvent> posted_;

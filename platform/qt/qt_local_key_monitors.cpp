@@ -2,7 +2,6 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
-#include <algorithm>
 #include <optional>
 #include <utility>
 
@@ -40,14 +39,6 @@ std::optional<Event> keyDown(const QKeyEvent& event) {
 }
 
 }  // namespace
-
-struct QtLocalKeyMonitors::Monitor : LocalKeyMonitor {
-  Monitor(std::uint64_t eventMask, std::function<EventVerdict(const Event&)> eventHandler)
-      : mask(eventMask), handler(std::move(eventHandler)) {}
-
-  std::uint64_t mask;
-  std::function<EventVerdict(const Event&)> handler;
-};
 
 /// Sees every key event where it enters a window, before shortcuts and controls do.
 class QtLocalKeyMonitors::Filter : public QObject {
@@ -97,24 +88,10 @@ bool QtLocalKeyMonitors::isLateArrival(std::uint16_t key) {
   return isLate;
 }
 
-bool QtLocalKeyMonitors::pass(const Event& event) const {
-  const auto bit = 1ULL << static_cast<std::uint32_t>(event.type);
-  const auto current = monitors_;  // a handler may remove its own monitor
-  return std::ranges::none_of(current, [&](const auto& monitor) {
-    return (monitor->mask & bit) != 0 && monitor->handler(event) == EventVerdict::drop;
-  });
-}
-
 std::shared_ptr<LocalKeyMonitor> QtLocalKeyMonitors::addLocalMonitor(
     std::uint64_t mask, std::function<EventVerdict(const Event&)> handler) {
   if (!isMonitoring()) awaited_.clear();
-  auto monitor = std::make_shared<Monitor>(mask, std::move(handler));
-  monitors_.push_back(monitor);
-  return monitor;
-}
-
-void QtLocalKeyMonitors::removeMonitor(const std::shared_ptr<LocalKeyMonitor>& monitor) {
-  std::erase(monitors_, monitor);
+  return MonitorList::addLocalMonitor(mask, std::move(handler));
 }
 
 }  // namespace kivra::qt

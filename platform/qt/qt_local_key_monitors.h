@@ -4,14 +4,13 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <vector>
 
-#include "platform/local_key_monitors.h"
+#include "platform/monitor_list.h"
 
 namespace kivra::qt {
 
 /// Monitors of the keys that arrive at the program's windows. Needs a QApplication.
-class QtLocalKeyMonitors : public LocalKeyMonitors {
+class QtLocalKeyMonitors : public MonitorList {
  public:
   /// `areKeysReported` tells whether every key of the user is given to `take` besides: then keys
   /// that only arrive at a window are of the program's own making, and no monitor sees them.
@@ -20,9 +19,6 @@ class QtLocalKeyMonitors : public LocalKeyMonitors {
 
   std::shared_ptr<LocalKeyMonitor> addLocalMonitor(
       std::uint64_t mask, std::function<EventVerdict(const Event&)> handler) override;
-  void removeMonitor(const std::shared_ptr<LocalKeyMonitor>& monitor) override;
-
-  bool isMonitoring() const { return !monitors_.empty(); }
 
   /// A key that the user pressed or released in one of the program's windows, which it has reached
   /// already or is about to. True: it is the monitors' alone.
@@ -30,14 +26,11 @@ class QtLocalKeyMonitors : public LocalKeyMonitors {
 
  private:
   class Filter;
-  struct Monitor;
 
-  bool pass(const Event& event) const;
   bool arrives(const QKeyEvent& event);
   bool isLateArrival(std::uint16_t key);
 
   std::function<bool()> areKeysReported_;
-  std::vector<std::shared_ptr<const Monitor>> monitors_;
   std::map<std::uint16_t, int> awaited_;  // presses that were taken and have yet to arrive
   std::unique_ptr<Filter> filter_;
 };
