@@ -11,25 +11,13 @@
 #include <cstdio>
 #include <string>
 
+#include "tools/shell_outcome.h"
+
 namespace kivra::desk {
 namespace {
 
-struct Outcome {
-  int status = -1;
-  std::string output;
-};
-
 /// Runs the program with arguments and redirections in the shell's notation.
-Outcome run(const std::string& arguments) {
-  auto* pipe = popen((KIVRA_DESK_PROGRAM " " + arguments).c_str(), "r");
-  Outcome outcome;
-  std::array<char, 4096> buffer = {};
-  while (const auto size = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-    outcome.output.append(buffer.data(), size);
-  }
-  outcome.status = WEXITSTATUS(pclose(pipe));
-  return outcome;
-}
+Outcome run(const std::string& arguments) { return outcomeOf(KIVRA_DESK_PROGRAM " " + arguments); }
 
 constexpr auto errorsOnly = " </dev/null 2>&1 >/dev/null";
 

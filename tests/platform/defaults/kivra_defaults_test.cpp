@@ -1,27 +1,14 @@
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 
-#include <array>
-#include <cstdio>
 #include <filesystem>
 #include <string>
 
 #include "platform/defaults/defaults_fixture.h"
+#include "tools/shell_outcome.h"
 
 namespace kivra {
 
 namespace {
-
-struct Outcome {
-  int status = -1;
-  std::string output;  ///< and error messages
-
-  bool operator==(const Outcome&) const = default;
-};
-
-std::ostream& operator<<(std::ostream& stream, const Outcome& outcome) {
-  return stream << outcome.status << ": " << outcome.output;
-}
 
 class KivraDefaults : public ::testing::Test {
  protected:
@@ -29,14 +16,7 @@ class KivraDefaults : public ::testing::Test {
 
   /// Runs the command with arguments in the shell's notation.
   static Outcome run(const std::string& arguments) {
-    auto* pipe = popen((KIVRA_DEFAULTS_PROGRAM " " + arguments + " 2>&1").c_str(), "r");
-    Outcome outcome;
-    std::array<char, 4096> buffer = {};
-    while (const auto size = std::fread(buffer.data(), 1, buffer.size(), pipe)) {
-      outcome.output.append(buffer.data(), size);
-    }
-    outcome.status = WEXITSTATUS(pclose(pipe));
-    return outcome;
+    return outcomeOf(KIVRA_DEFAULTS_PROGRAM " " + arguments + " 2>&1");
   }
 
   static void expectStatus(int status, const std::string& arguments) {
