@@ -48,7 +48,9 @@ class Keychain {
 
   /// `itemNotFound` when there is nothing to update.
   virtual KeychainStatus itemUpdate(const KeychainItem& item, std::string_view data) = 0;
+  /// Takes the place of an item that is there.
   virtual KeychainStatus itemAdd(const KeychainItem& item, std::string_view data) = 0;
+  /// Where there is nothing to delete, some services say so and others that it is done.
   virtual KeychainStatus itemDelete(const KeychainItem& item) = 0;
 };
 

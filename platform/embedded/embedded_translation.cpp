@@ -12,7 +12,8 @@ class EmbeddedTranslation::Session : public TranslationSession {
     report(text, true);
     isReported_ = true;
     const auto pair = translation_.pairFor(languages_, text);
-    const auto& failure = pair.prepareFailure;
+    auto failure = pair.prepareFailure;
+    if (pair.status == TranslationStatus::unsupported && !failure) failure = "no such pair";
     // What takes time is the fetching; when it succeeds, the time passes while translating.
     translation_.time_.asyncAfter(failure ? pair.answer.delay : std::chrono::microseconds(0),
                                   [failure, completion = std::move(completion)] {

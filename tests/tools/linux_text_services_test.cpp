@@ -46,8 +46,7 @@ TEST_F(LinuxTextServicesTest, WorkTogetherInASessionOfTheirOwn) {
   const auto status = qt::answerOf<TranslationStatus>([&](auto completion) {
     services_->translation.status({"en", "es"}, "", std::move(completion));
   });
-  ASSERT_TRUE(status.has_value());
-  EXPECT_EQ(std::get<TranslationStatus>(*status), TranslationStatus::installed);
+  EXPECT_EQ(std::get<TranslationStatus>(status), TranslationStatus::installed);
 }
 
 // The clipboard as the text half uses it, over what another program copied.

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "event_loop.h"
+#include "platform/language_model_contract.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_run_loop.h"
 #include "scripted_server.h"
@@ -37,6 +38,27 @@ struct ChatServer {
   }
 };
 
+class ServedModel {
+ public:
+  LanguageModel& model() { return model_; }
+  void offer(bool isThere) {
+    chat_.onModels = isThere ? httpAnswer(200, models) : httpAnswer(500, "");
+  }
+  void say(const LanguageModelRequest& request, const std::string& text) {
+    chat_.say(request.schema ? Json{{request.schema->property, text}}.dump() : text);
+  }
+  void fail() { chat_.onChat = httpAnswer(500, ""); }
+  static void turnUntil(const std::function<bool()>& condition) { qt::turnUntil(condition); }
+
+ private:
+  qt::QtHttpClient http_;
+  qt::QtRunLoop runLoop_;
+  ChatServer chat_;
+  LocalLanguageModel model_{
+      http_, runLoop_, {.ports = {chat_.server.port()}, .probeWait = 10s, .probeLife = 0ms}};
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Local, LanguageModelContract, ServedModel);
+
 class LocalLanguageModelTest : public testing::Test {
  protected:
   LocalLanguageModel model(std::vector<std::uint16_t> ports) {
@@ -44,12 +66,8 @@ class LocalLanguageModelTest : public testing::Test {
   }
 
   static std::string ask(LocalLanguageModel& model, const LanguageModelRequest& request) {
-    const auto answer = qt::answerOf<std::string>(
-        [&](auto completion) { model.respond(request, std::move(completion)); });
-    if (!answer) return "no answer, or one too early";
-    const auto* error = std::get_if<PlatformError>(&*answer);
-    return error != nullptr ? std::string("failed: ") + error->what()
-                            : std::get<std::string>(*answer);
+    return inWords(qt::answerOf<std::string>(
+        [&](auto completion) { model.respond(request, std::move(completion)); }));
   }
 
   qt::QtHttpClient http_;

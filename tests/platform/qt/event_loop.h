@@ -2,11 +2,8 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
-#include <optional>
-#include <variant>
 
-#include "platform/completion.h"
+#include "platform/answer_of.h"
 
 namespace kivra::qt {
 
@@ -14,16 +11,10 @@ namespace kivra::qt {
 bool turnUntil(const std::function<bool()>& condition,
                std::chrono::milliseconds timeout = std::chrono::seconds(20));
 
-/// Calls an operation that ends with a completion, turns the event loop until it has answered, and
-/// gives the answer; nothing when none comes.
+/// The answer of an operation that ends with a completion.
 template <class Result>
-std::optional<std::variant<Result, PlatformError>> answerOf(
-    const std::function<void(Completion<Result>)>& operation) {
-  const auto answer = std::make_shared<std::optional<std::variant<Result, PlatformError>>>();
-  operation([answer](auto given) { answer->emplace(std::move(given)); });
-  if (answer->has_value()) return std::nullopt;  // answered before the call returned
-  turnUntil([&] { return answer->has_value(); });
-  return *answer;
+AnswerOf<Result> answerOf(const std::function<void(Completion<Result>)>& operation) {
+  return kivra::answerOf<Result>([](const auto& condition) { turnUntil(condition); }, operation);
 }
 
 }  // namespace kivra::qt

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "event_loop.h"
+#include "platform/keychain_contract.h"
 #include "private_bus.h"
 #include "x_session.h"
 
@@ -63,15 +64,15 @@ class SecretService {
   e2e::ChildProcess daemon_;
 };
 
+/// Started once: libsecret keeps its session with the first service that it finds.
+const SecretService& service() {
+  static const SecretService started;
+  return started;
+}
+
 class QtKeychainTest : public testing::Test {
  protected:
   QtKeychainTest() { bus(); }
-
-  /// Started once: libsecret keeps its session with the first service that it finds.
-  static const SecretService& service() {
-    static const SecretService started;
-    return started;
-  }
 
   QtKeychain keychain_;
 };
@@ -84,28 +85,6 @@ TEST_F(QtKeychainTest, WithoutAServiceThereIsNothingAndNothingIsWritten) {
   EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
   EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::notAvailable);
   EXPECT_FALSE(isUnderHome(secret));
-}
-
-TEST_F(QtKeychainTest, KeepsReplacesAndDeletes) {
-  service();
-  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
-  EXPECT_EQ(keychain_.itemUpdate(item, secret), KeychainStatus::itemNotFound);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt) << "an update adds nothing";
-  EXPECT_EQ(keychain_.itemAdd(item, secret), KeychainStatus::success);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), secret);
-  EXPECT_EQ(keychain_.itemUpdate(item, "second"), KeychainStatus::success);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), "second");
-  EXPECT_EQ(keychain_.itemCopyMatching({item.service, "another account"}), std::nullopt);
-  EXPECT_EQ(keychain_.itemCopyMatching({"another service", item.account}), std::nullopt);
-  EXPECT_EQ(keychain_.itemDelete(item), KeychainStatus::success);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), std::nullopt);
-}
-
-TEST_F(QtKeychainTest, KeepsBytesAsTheyAre) {
-  service();
-  const std::string bytes("  \xff\0 ключ\n", 14);
-  ASSERT_EQ(keychain_.itemAdd(item, bytes), KeychainStatus::success);
-  EXPECT_EQ(keychain_.itemCopyMatching(item), bytes);
 }
 
 TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
@@ -126,6 +105,17 @@ TEST_F(QtKeychainTest, GivesUpAServiceThatDoesNotAnswer) {
   EXPECT_EQ(unlocked, secret);
   EXPECT_EQ(keychain_.itemCopyMatching(item), secret) << "the late answer does no harm";
 }
+
+class SecretsOfTheSession {
+ public:
+  SecretsOfTheSession() { service(); }
+  Keychain& keychain() { return keychain_; }
+  static void turnUntil(const std::function<bool()>& condition) { qt::turnUntil(condition); }
+
+ private:
+  QtKeychain keychain_;
+};
+INSTANTIATE_TYPED_TEST_SUITE_P(Qt, KeychainContract, SecretsOfTheSession);
 
 }  // namespace
 }  // namespace kivra::qt
