@@ -11,8 +11,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr auto languagesWait = std::chrono::seconds(1);
-
 Json parsed(const HttpResponse& response) { return Json::parse(response.body, nullptr, false); }
 
 /// The code in the list that stands for the language: its very identifier, else the bare language.
@@ -63,12 +61,12 @@ std::variant<std::string, PlatformError> translationIn(
 
 }  // namespace
 
-LibreTranslate::LibreTranslate(HttpClient& http, std::uint16_t port)
-    : http_(http), address_("http://127.0.0.1:" + std::to_string(port)) {}
+LibreTranslate::LibreTranslate(HttpClient& http, std::uint16_t port, std::chrono::milliseconds wait)
+    : http_(http), address_("http://127.0.0.1:" + std::to_string(port)), wait_(wait) {}
 
 void LibreTranslate::pair(const TranslationLanguages& languages,
                           std::function<void(std::optional<TranslationLanguages>)> done) {
-  http_.data({.url = address_ + "/languages", .timeout = languagesWait},
+  http_.data({.url = address_ + "/languages", .timeout = wait_},
              [languages, called = std::move(done)](const auto& answer) {
                const auto* response = std::get_if<HttpResponse>(&answer);
                if (response == nullptr || response->statusCode != httpOk) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -13,7 +14,8 @@ namespace kivra {
 /// A LibreTranslate server on this machine.
 class LibreTranslate {
  public:
-  LibreTranslate(HttpClient& http, std::uint16_t port);
+  /// `wait` is how soon it has to say which languages it has, or it counts as absent.
+  LibreTranslate(HttpClient& http, std::uint16_t port, std::chrono::milliseconds wait);
 
   /// The pair in the server's own codes, "auto" where the source is not known; nothing when no
   /// server answers soon or it has no such pair.
@@ -26,6 +28,7 @@ class LibreTranslate {
  private:
   HttpClient& http_;
   std::string address_;
+  std::chrono::milliseconds wait_;
 };
 
 }  // namespace kivra

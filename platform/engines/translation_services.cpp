@@ -24,7 +24,7 @@ TranslationServices::TranslationServices(HttpClient& http, LanguageRecognizer& r
     : recognizer_(recognizer),
       pairIsMissing_(options.pairIsMissing),
       apertium_(options.programs),
-      libreTranslate_(http, options.libreTranslatePort),
+      libreTranslate_(http, options.libreTranslatePort, options.libreTranslateWait),
       worker_(callOnMainThread),
       installer_(std::move(callOnMainThread)) {}
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -21,6 +22,7 @@ class TranslationServices : public std::enable_shared_from_this<TranslationServi
   struct Options {
     Apertium::Programs programs{};
     std::uint16_t libreTranslatePort = 5000;
+    std::chrono::milliseconds libreTranslateWait{1000};
     /// Called when nothing here translates between two languages and no package would.
     std::function<void(const TranslationLanguages&)> pairIsMissing = [](const auto&) {};
   };

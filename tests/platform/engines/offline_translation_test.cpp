@@ -242,6 +242,7 @@ class LibreTranslateTest : public OfflineTranslationTest {
   LibreTranslateTest() {
     standIn("eng-spa\n", "", "echo by Apertium");
     options_.libreTranslatePort = server_.port();
+    options_.libreTranslateWait = 60s;
   }
 
   std::optional<std::string> answer(const ScriptedServer::Request& request) {

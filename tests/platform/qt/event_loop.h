@@ -9,7 +9,7 @@ namespace kivra::qt {
 
 /// Turns the event loop until the condition holds, at most this long; answers whether it does.
 bool turnUntil(const std::function<bool()>& condition,
-               std::chrono::milliseconds timeout = std::chrono::seconds(20));
+               std::chrono::milliseconds timeout = std::chrono::seconds(60));
 
 /// The answer of an operation that ends with a completion.
 template <class Result>
