@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "hand.h"
+#include "kwin_server.h"
 #include "scripted_program.h"
 #include "sway_server.h"
 #include "text_window.h"
@@ -45,6 +46,22 @@ struct GuardedSession {
   Hand hand;
   TextWindow window;
   std::unique_ptr<ScriptedProgram> program;
+};
+
+/// The same in KWin, which starts the guard, and only where a window is a field.
+struct KwinSession {
+  explicit KwinSession(const TextWindow::Content& content = {}) : window(content) {
+    if (content.hints == 0) waitUntilHeard();
+  }
+
+  void waitUntilHeard() const {
+    waitFor([this] { return program.count(guard::ReportKind::wordBroken) > 0; });
+  }
+
+  KwinServer kwin;
+  ScriptedProgram program{kwin.acceptGuard()};
+  Hand hand;
+  TextWindow window;
 };
 
 /// What the keys of the characters type in this group of "us,ru".

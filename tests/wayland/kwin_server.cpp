@@ -60,6 +60,22 @@ KwinServer::~KwinServer() {
   ::close(listener_);
 }
 
+Environment KwinServer::environment() const {
+  auto environment = bus_.environment();
+  environment["WAYLAND_DISPLAY"] = display;
+  environment["XDG_SESSION_TYPE"] = "wayland";
+  return environment;
+}
+
+void KwinServer::selectLayout(int layout) const {
+  const auto select = [&] {
+    return outputOf({"gdbus", "call", "--session", "-d", "org.kde.keyboard", "-o", "/Layouts", "-m",
+                     "org.kde.KeyboardLayouts.setLayout", std::to_string(layout)},
+                    bus_.environment());
+  };
+  if (!waitFor([&] { return !select().empty(); })) throw std::runtime_error("no layouts");
+}
+
 int KwinServer::acceptGuard() const {
   constexpr int patience = 20'000;  // ms
   pollfd waited{.fd = listener_, .events = POLLIN, .revents = 0};

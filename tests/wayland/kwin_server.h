@@ -22,6 +22,12 @@ class KwinServer {
   /// std::runtime_error when none comes.
   int acceptGuard() const;
 
+  /// Of what runs inside.
+  Environment environment() const;
+
+  /// Selects a layout as the desktop's switcher does.
+  void selectLayout(int layout) const;
+
  private:
   std::filesystem::path path(const std::string& name) const { return bus_.home() / name; }
 

@@ -78,13 +78,19 @@ class Writer {
         add(Step::Kind::selectGroup, key.value);
         break;
       case PostedKey::Kind::pause:
-        liftAll();
-        add(Step::Kind::pause, key.value);
+        pause(key.value);
         break;
     }
   }
 
   void addCharacter(std::uint32_t scalar) {
+    // Behind one that is no key all may come like it, which saves pauses.
+    const auto goesOn =
+        hasCharactersApart() && !steps_.empty() && steps_.back().kind == Step::Kind::character;
+    if (goesOn) {
+      add(Step::Kind::character, scalar);
+      return;
+    }
     if (const auto key = situation_.keyMap.keyFor(scalar, group_)) {
       const auto isTurned = key->isCased && situation_.isCapsLocked;
       const auto flags = key->shift != isTurned ? event_flags::shift : 0;
@@ -93,7 +99,17 @@ class Writer {
       return;
     }
     setModifiers(0);
+    if (hasCharactersApart()) {
+      pause(static_cast<std::uint32_t>(situation_.pauseBeforeCharacters.count()));
+    }
     add(Step::Kind::character, scalar);
+  }
+
+  bool hasCharactersApart() const { return situation_.pauseBeforeCharacters.count() > 0; }
+
+  void pause(std::uint32_t milliseconds) {
+    liftAll();
+    add(Step::Kind::pause, milliseconds);
   }
 
   void stroke(std::uint16_t key, bool down, std::uint64_t flags) {

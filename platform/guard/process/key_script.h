@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <vector>
 
@@ -23,6 +24,8 @@ struct KeyScriptSituation {
   KeySet down;  ///< at the application
   KeySet held;  ///< by hands
   bool isCapsLocked = false;
+  /// Between keys and a character that no key types.
+  std::chrono::milliseconds pauseBeforeCharacters{};
   /// A key that is held and was kept from the application: if the script ends with it, it stays
   /// down, and repeats as it would have. 0 for none.
   std::uint16_t trigger = 0;

@@ -153,13 +153,15 @@ void KeyboardGuard::begin(const Post& post) {
   if (refused) {
     reports_.notice(ReportKind::refused, message.order.number);
   } else if (!message.keys.empty()) {
-    player_.start(message.order.number,
-                  writeKeyScript(message.keys, {.keyMap = seat_.keyMap(),
-                                                .group = seat_.group(),
-                                                .down = keys_.down(),
-                                                .held = keys_.held(),
-                                                .isCapsLocked = seat_.isCapsLocked(),
-                                                .trigger = isDropped ? key->evdev : noKey}));
+    player_.start(
+        message.order.number,
+        writeKeyScript(message.keys, {.keyMap = seat_.keyMap(),
+                                      .group = seat_.group(),
+                                      .down = keys_.down(),
+                                      .held = keys_.held(),
+                                      .isCapsLocked = seat_.isCapsLocked(),
+                                      .pauseBeforeCharacters = seat_.pauseBeforeCharacters(),
+                                      .trigger = isDropped ? key->evdev : noKey}));
   }
 }
 

@@ -74,6 +74,9 @@ class Seat {
   virtual void pass(const SeatKey& key) = 0;
   /// Does not go on.
   virtual void drop(const SeatKey& key) = 0;
+  /// How long an application needs between keys and a character that is none: it is told of both by
+  /// different ways, and may take the later first. Zero where characters are keys as well.
+  virtual std::chrono::milliseconds pauseBeforeCharacters() const { return {}; }
   /// Types the steps. There are no pauses among them: those are the guard's.
   virtual void type(const Steps& steps) = 0;
 };

@@ -9,6 +9,7 @@ std::vector<int> GrabSeat::fds() const { return {connection_.fd(), stream_.repea
 bool GrabSeat::dispatch(guard::SeatListener& listener) {
   listener_ = &listener;
   const auto isThere = connection_.dispatch();
+  settle();
   tellFocus();
   if (const auto key = stream_.repeats().take()) {
     listener.key({.evdev = *key, .isDown = true, .isRepeat = true});
@@ -43,14 +44,18 @@ void GrabSeat::takeKey(std::uint32_t /*serial*/, std::uint32_t time, std::uint32
   const auto isDown = state == WL_KEYBOARD_KEY_STATE_PRESSED;
   const auto evdev = static_cast<std::uint16_t>(key);
   // The compositor may have kept the release to itself, for a binding of its own.
-  if (isDown && held_.test(evdev)) handKey({.evdev = evdev, .isDown = false, .timeMs = time});
-  handKey({.evdev = evdev, .isDown = isDown, .timeMs = time});
+  if (isDown && held_.test(evdev)) turn({.evdev = evdev, .isDown = false, .timeMs = time});
+  turn({.evdev = evdev, .isDown = isDown, .timeMs = time});
 }
 
-void GrabSeat::handKey(const guard::SeatKey& key) {
+void GrabSeat::turn(const guard::SeatKey& key) {
   if (!hands_) return;
   hands_->key(key.evdev, key.isDown);
   held_.set(key.evdev, key.isDown);
+  hand(key);
+}
+
+void GrabSeat::hand(const guard::SeatKey& key) {
   if (listener_ != nullptr) {
     tellFocus();
     listener_->key(key);
@@ -76,13 +81,13 @@ void GrabSeat::releaseLost(std::uint32_t modifiers) {
     if (!held_.test(key) || keyMap().flag(key) == 0) continue;
     ModifierState alone(stream_.map());
     alone.key(key, true);
-    if ((alone.modifiers().depressed & modifiers) != 0) handKey({.evdev = key, .isDown = false});
+    if ((alone.modifiers().depressed & modifiers) != 0) turn({.evdev = key, .isDown = false});
   }
 }
 
 void GrabSeat::releaseHeld() {
   for (std::uint16_t key = 0; key < guard::keyCount; ++key) {
-    if (held_.test(key)) handKey({.evdev = key, .isDown = false});
+    if (held_.test(key)) turn({.evdev = key, .isDown = false});
   }
 }
 

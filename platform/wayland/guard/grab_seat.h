@@ -34,6 +34,11 @@ class GrabSeat : public guard::Seat {
   /// The outlet is asked for nothing before a map has come.
   explicit GrabSeat(KeyOutlet& outlet) : stream_(outlet) {}
 
+  /// Tells the listener of a key.
+  virtual void hand(const guard::SeatKey& key);
+  /// All that the compositor has sent has been taken in.
+  virtual void settle() {}
+
   // What is told of the field and of the window that have the focus.
   virtual bool takeMove() = 0;
   virtual bool isSecret() const = 0;
@@ -55,7 +60,7 @@ class GrabSeat : public guard::Seat {
                                         // NOLINTEND(*-non-private-*)
 
  private:
-  void handKey(const guard::SeatKey& key);
+  void turn(const guard::SeatKey& key);
   void releaseLost(std::uint32_t modifiers);
   void tellFocus();
 

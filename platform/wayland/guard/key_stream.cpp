@@ -95,21 +95,16 @@ void KeyStream::follow(const Modifiers& explained, const Modifiers& told) {
   sendModifiers();
 }
 
-void KeyStream::overrule(const Modifiers& told) {
-  sent_ = told;
-  if (state_) sendModifiers();
-}
-
 void KeyStream::sendMap() {
   isMapDue_ = false;
-  if (!outlet_.setMap(spares_.extended(mapText_))) {
+  if (outlet_.setMap(spares_.extended(mapText_))) {
+    // The compositor takes the modifiers for what the keys that are down make of them, and tells
+    // the application only what changes after that.
+    outlet_.modifiers({});
+    sent_ = {};
+  } else {
     spares_ = {};
-    return;
   }
-  // The compositor takes the modifiers for what the keys that are down make of them, and tells the
-  // application only what changes after that.
-  outlet_.modifiers({});
-  sent_ = {};
   sendModifiers();
 }
 

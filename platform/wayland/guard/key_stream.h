@@ -39,10 +39,6 @@ class KeyStream {
   /// others have set, and keys held that never came.
   void follow(const Modifiers& explained, const Modifiers& told);
 
-  /// Applications have been told other modifiers than those of the stream: these are told once
-  /// more.
-  void overrule(const Modifiers& told);
-
   RepeatWatch& repeats() { return repeats_; }
   const RepeatWatch& repeats() const { return repeats_; }
 

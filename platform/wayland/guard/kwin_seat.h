@@ -1,6 +1,9 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <string>
 
 #include "input-method-unstable-v1-client-protocol.h"
@@ -18,31 +21,45 @@ class KwinSeat : public GrabSeat, private KeyOutlet {
   KwinSeat();
   ~KwinSeat() override;
 
+  std::chrono::milliseconds pauseBeforeCharacters() const override;
+
  protected:
+  void hand(const guard::SeatKey& key) override;
+  void settle() override;
   bool takeMove() override { return field_.takeMove(); }
-  /// KWin shows no keys but those for a field.
-  bool isSecret() const override { return !context_ || field_.isSecret(); }
+  /// KWin shows no keys but those for a field, from when the grab has its map.
+  bool isSecret() const override { return !isGrabbed_ || field_.isSecret(); }
 
  private:
+  /// Modifiers that KWin has not yet made its own.
+  struct Underway {
+    Modifiers modifiers;
+    Owned<wl_callback> answer;
+  };
+
   void activate(zwp_input_method_context_v1* context);
   void deactivate(zwp_input_method_context_v1* context);
   void leave();
   void takeContent(std::uint32_t hints, std::uint32_t purpose);
-  void takeOverruled(std::uint32_t serial, std::uint32_t depressed, std::uint32_t latched,
-                     std::uint32_t locked, std::uint32_t group);
+  void takeGrabsMap(std::uint32_t format, std::int32_t fd, std::uint32_t size);
+  void takeModifiersBehindKey(std::uint32_t serial, std::uint32_t depressed, std::uint32_t latched,
+                              std::uint32_t locked, std::uint32_t group);
+  void takeAnswer(std::uint32_t serial);
 
   void key(std::uint16_t evdev, bool isDown) override;
   void modifiers(const Modifiers& modifiers) override;
+  void sendModifiers();
   bool setMap(const std::string& /*text*/) override { return false; }
   void commit(std::uint32_t scalar) override;
 
   Owned<zwp_input_method_v1> method_;
   Owned<zwp_input_method_context_v1> context_;
   Owned<wl_keyboard> grab_;
+  bool isGrabbed_ = false;
   FieldWatch field_;
-  std::uint32_t serial_ = 0;
-  Modifiers told_;     // by KWin
-  Modifiers current_;  // of what goes on
+  std::optional<guard::SeatKey> last_;  // of those that have come
+  Modifiers current_;                   // of what goes on
+  std::deque<Underway> underway_;
 };
 
 }  // namespace kivra::wayland

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <utility>
@@ -35,6 +36,8 @@ class FakeSeat : public Seat {
   std::uint32_t group() override { return screen_.group(); }
   bool isCapsLocked() override { return screen_.isCapsOn(); }
 
+  std::chrono::milliseconds pauseBeforeCharacters() const override { return characterPause; }
+
   void pass(const SeatKey& key) override {
     if (key.isRepeat) {
       screen_.repeat(key.evdev);
@@ -50,6 +53,7 @@ class FakeSeat : public Seat {
   }
 
   std::vector<SeatKey> dropped;
+  std::chrono::milliseconds characterPause{0};
 
  private:
   void type(const Step& step) {

@@ -61,6 +61,16 @@ TEST_F(KeyboardGuardTest, NoPauseHoldsTheKeyboardForLong) {
   EXPECT_EQ(bench.screen.text(), "ba");
 }
 
+TEST_F(KeyboardGuardTest, CharactersApartFromKeysComeOnceTheKeysHaveHadTheirTime) {
+  bench.seat.characterPause = 20ms;
+  bench.type("ab");
+  bench.post(0, Posted().erase(2).letters("c").character(0x436).character('d').character(0x44F));
+  bench.type("e");
+  EXPECT_EQ(bench.screen.text(), "c");
+  bench.pass(20ms);
+  EXPECT_EQ(bench.screen.text(), "cжdяe") << "all of them after one pause";
+}
+
 TEST_F(KeyboardGuardTest, InSecrecyKeysPassUntoldAndNothingIsTyped) {
   const auto number = typeWord("ab");
   bench.type("c");
