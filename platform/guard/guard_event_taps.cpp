@@ -96,8 +96,19 @@ void GuardEventTaps::setConsumableKeys(const std::vector<KeyChord>& keys) {
 
 void GuardEventTaps::attach(bool attached) {
   watch_.reset();
-  if (!attached || environment_.guard.fd() < 0) return;
-  watch_ = environment_.watchFd(environment_.guard.fd(), [this] { readReports(); });
+  auto& guard = environment_.guard;
+  if (!attached) return;
+  if (guard.fd() >= 0) {
+    watch_ = environment_.watchFd(guard.fd(), [this] { readReports(); });
+  } else if (guard.isAwaiting()) {
+    watch_ = environment_.watchFd(guard.doorFd(), [this] { meetGuard(); });
+  }
+}
+
+void GuardEventTaps::meetGuard() {
+  if (!environment_.guard.meet()) return;
+  configureGuard();
+  attach(true);
 }
 
 void GuardEventTaps::configureGuard() {
@@ -246,12 +257,15 @@ void GuardEventTaps::replaceGuard() {
   environment_.guard.stop();
   if (isForeign) {
     environment_.log.log("Kivra: сторож клавиатуры другой версии; перезапустите Kivra");
+  } else if (environment_.guard.isAwaiting()) {
+    environment_.log.log("Kivra: сторож клавиатуры завершился, жду следующего");
   } else if (const auto delay = starts_.next()) {
     environment_.log.log("Kivra: сторож клавиатуры завершился, запускаю нового");
     later(*delay, &GuardEventTaps::startAnew);
   } else {
     environment_.log.log("Kivra: сторож клавиатуры не запускается, перехвата нет");
   }
+  if (environment_.guard.isAwaiting()) attach(true);
 }
 
 void GuardEventTaps::startAnew() {

@@ -20,7 +20,8 @@ namespace kivra::guard {
 
 /// The one tap of the session: takes what the guard reports to the tap's callback and the verdicts
 /// back. A guard that has ended is replaced: at once, and then, while guards end before a key has
-/// been typed, a few times more at growing distances.
+/// been typed, a few times more at growing distances. Where the desktop starts guards, the next one
+/// is waited for.
 class GuardEventTaps : public EventTaps {
  public:
   struct Environment {
@@ -63,6 +64,7 @@ class GuardEventTaps : public EventTaps {
   struct Source;
 
   void attach(bool attached);
+  void meetGuard();
   void readReports();
   void handle(const Report& report);
   void handleEvent(const Report& report);

@@ -26,9 +26,22 @@ void append(std::vector<std::byte>& bytes, std::span<const std::byte> more) {
 
 bool GuardLink::start() {
   stop();
-  if (!spawn()) return false;
+  return door_ ? door_->open() : spawn();
+}
+
+bool GuardLink::meet() {
+  if (fd_ >= 0) return false;
+  const int fd = door_->admit();
+  if (fd >= 0) begin(fd);
+  return fd >= 0;
+}
+
+void GuardLink::begin(int fd) {
+  fd_ = fd;
+  isGone_ = false;
+  greeting_ = {};
+  backlog_.clear();
   sendRecord(fd_, FrameKind::hello, Hello{});
-  return true;
 }
 
 bool GuardLink::spawn() {
@@ -52,10 +65,7 @@ bool GuardLink::spawn() {
     return false;
   }
   processes_.push_back(process);
-  fd_ = ends[0];
-  isGone_ = false;
-  greeting_ = {};
-  backlog_.clear();
+  begin(ends[0]);
   return true;
 }
 

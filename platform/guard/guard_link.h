@@ -4,29 +4,38 @@
 
 #include <cstddef>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "platform/guard/guard_door.h"
 #include "platform/guard/protocol/frame.h"
 
 namespace kivra::guard {
 
-/// The program's end of the keyboard guard: starts the process and talks to it. The guard ends by
-/// itself when the link is closed.
+/// The program's end of the keyboard guard: starts the process, or meets one that the desktop has
+/// started, and talks to it. A guard that was started here ends by itself when the link is closed.
 class GuardLink {
  public:
-  /// `program` is the guard's executable.
-  explicit GuardLink(std::string program) : program_(std::move(program)) {}
+  /// `program` is the guard's executable; with a door guards are not started, but come there.
+  explicit GuardLink(std::string program, std::unique_ptr<GuardDoor> door = nullptr)
+      : program_(std::move(program)), door_(std::move(door)) {}
   ~GuardLink() { stop(); }
   GuardLink(const GuardLink&) = delete;
   GuardLink& operator=(const GuardLink&) = delete;
 
-  /// Starts a guard, which reports when it is ready; false when no process can be started. Lets go
-  /// of the one that ran before.
+  /// Starts a guard, which reports when it is ready, or opens the door; false when that cannot be.
+  /// Lets go of the one that ran before.
   bool start();
+  /// Guards are met, not started.
+  bool isAwaiting() const { return door_ != nullptr; }
+  /// Readable when somebody has come to the door.
+  int doorFd() const { return door_->fd(); }
+  /// Meets the guard that has come, unless there is one; false when none has.
+  bool meet();
   void stop();
 
   /// -1 while no guard runs.
@@ -56,11 +65,13 @@ class GuardLink {
   };
 
   bool spawn();
+  void begin(int fd);
   void reap();
   template <class T>
   void sendRecords(FrameKind kind, Order order, std::span<const T> records);
 
   std::string program_;
+  std::unique_ptr<GuardDoor> door_;
   int fd_ = -1;
   std::vector<pid_t> processes_;  // started and not yet known to have ended
   bool isGone_ = true;

@@ -1,12 +1,23 @@
 #include "platform/guard/guarded_keyboard.h"
 
 #include "platform/guard/application_pauses.h"
+#include "platform/guard/protocol/meeting_place.h"
 
 namespace kivra::guard {
 
+namespace {
+
+std::unique_ptr<GuardDoor> doorOf(const KeyboardSession::Environment& environment,
+                                  GuardedKeyboard::Starter starter) {
+  if (starter == GuardedKeyboard::Starter::program) return nullptr;
+  return std::make_unique<GuardDoor>(meetingPlace(), environment.guardProgram, environment.log);
+}
+
+}  // namespace
+
 GuardedKeyboard::GuardedKeyboard(const KeyboardSession::Environment& environment,
-                                 DisplayLayouts& display, Workspace& workspace)
-    : link_(environment.guardProgram),
+                                 DisplayLayouts& display, Workspace& workspace, Starter starter)
+    : link_(environment.guardProgram, doorOf(environment, starter)),
       inputSources(display, posted_, environment.log),
       eventTaps({.guard = link_,
                  .posted = posted_,

@@ -13,8 +13,11 @@ namespace kivra::guard {
 /// The keyboard guard and what goes through it, joined: the same in every session.
 class GuardedKeyboard {
  public:
+  /// Who starts the guard.
+  enum class Starter { program, desktop };
+
   GuardedKeyboard(const KeyboardSession::Environment& environment, DisplayLayouts& display,
-                  Workspace& workspace);
+                  Workspace& workspace, Starter starter = Starter::program);
 
   bool isGuardRunning() const { return link_.fd() >= 0 && !link_.isGone(); }
 

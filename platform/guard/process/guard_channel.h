@@ -18,12 +18,15 @@ struct OrderMessage {
 /// The guard's end of the socket.
 class GuardChannel {
  public:
-  explicit GuardChannel(int fd) : fd_(fd) {}
+  /// -1 stands for no socket yet.
+  explicit GuardChannel(int fd) : fd_(fd), isOpen_(fd >= 0) {}
 
   int fd() const { return fd_; }
 
   /// False once the program is gone, or has turned out to be of another build.
   bool isOpen() const { return isOpen_; }
+  /// The program has said that it is one of this build.
+  bool hasGreeted() const { return greeting_.isHeard(); }
   bool isForeignBuild() const { return greeting_.isForeign(); }
 
   /// Sends now or, while the program is slow to read, later; never waits. False when the program
@@ -46,7 +49,7 @@ class GuardChannel {
   std::optional<OrderMessage> wholeOrder(const Frame& frame);
 
   int fd_;
-  bool isOpen_ = true;
+  bool isOpen_;
   Greeting greeting_;
   std::deque<Report> backlog_;
   std::optional<OrderMessage> partial_;

@@ -13,16 +13,21 @@
 #include <exception>
 #include <fstream>
 #include <iostream>
+#include <optional>
+#include <stdexcept>
 #include <vector>
 
 #include "platform/guard/process/guard_channel.h"
 #include "platform/guard/process/guard_watcher.h"
 #include "platform/guard/process/heartbeat.h"
 #include "platform/guard/process/keyboard_guard.h"
+#include "platform/guard/process/program_finder.h"
 
 namespace kivra::guard {
 
 namespace {
+
+constexpr auto foreignBuild = "программа и сторож клавиатуры разных версий";
 
 /// Keys must not wait for a disk. Locks as much as the user's limit allows.
 void lockMemory() {
@@ -43,56 +48,89 @@ int millisecondsUntil(std::optional<KeyboardGuard::Clock::time_point> deadline) 
   return static_cast<int>(std::max<std::chrono::milliseconds::rep>(0, left.count()));
 }
 
+/// The program's end of a guard: the socket, and where the next program is looked for.
+struct ProgramEnd {
+  explicit ProgramEnd(const GuardedProgram& program) : channel(program.channelFd) {
+    if (program.channelFd < 0) finder.emplace(program.place, program.executable);
+  }
+
+  GuardChannel channel;
+  std::optional<ProgramFinder> finder;
+};
+
+/// Goes over to the next program if there is one already; false when none can come.
+bool meetNext(ProgramEnd& program, KeyboardGuard& guard) {
+  auto& [channel, finder] = program;
+  if (!finder) return false;
+  if (channel.fd() >= 0) {
+    guard.forgetProgram();
+    if (channel.isForeignBuild()) std::cerr << "Kivra: " << foreignBuild << '\n';
+    if (channel.hasGreeted()) finder->lookAgain();
+    ::close(channel.fd());
+    channel = GuardChannel(-1);
+  }
+  const int fd = finder->find();
+  if (fd < 0) return true;
+  channel = GuardChannel(fd);
+  channel.sendHello();
+  guard.announce();
+  return true;
+}
+
 /// Waits for input, for the time of the guard's next step, or for the end of the watcher, which
 /// holds the other end of `lifeline`: then answers false.
-bool waitForWork(const Seat& seat, const GuardChannel& channel, int lifeline, int timeout) {
+bool waitForWork(const Seat& seat, const ProgramEnd& program, int lifeline, int timeout) {
+  const auto& [channel, finder] = program;
   const auto writable = static_cast<short>(channel.hasBacklog() ? POLLOUT : 0);
   std::vector<pollfd> waited = {
       {.fd = lifeline, .events = POLLIN, .revents = 0},
-      {.fd = channel.fd(), .events = static_cast<short>(POLLIN | writable), .revents = 0}};
+      {.fd = channel.fd(), .events = static_cast<short>(POLLIN | writable), .revents = 0},
+      {.fd = finder ? finder->fd() : -1, .events = POLLIN, .revents = 0}};
   for (const auto fd : seat.fds()) waited.push_back({.fd = fd, .events = POLLIN, .revents = 0});
   ::poll(waited.data(), waited.size(), timeout);
   return waited[0].revents == 0;
 }
 
-void serve(Seat& seat, GuardChannel& channel, Heartbeat& heartbeat, int lifeline) {
+void serve(Seat& seat, ProgramEnd& program, Heartbeat& heartbeat, int lifeline) {
+  auto& channel = program.channel;
   KeyboardGuard guard(seat, channel);
-  guard.announce();
+  if (channel.isOpen()) guard.announce();
   bool isWatched = true;
   while (isWatched) {
     heartbeat.beginWork();
     if (!guard.serve(KeyboardGuard::Clock::now())) return;
     channel.flush();
+    if (!channel.isOpen() && !meetNext(program, guard)) break;
     const auto hasInput = seat.flush();
-    if (!channel.isOpen()) break;
     heartbeat.rest();
     const auto timeout = hasInput ? 0 : millisecondsUntil(guard.deadline());
-    isWatched = waitForWork(seat, channel, lifeline, timeout);
+    isWatched = waitForWork(seat, program, lifeline, timeout);
   }
   heartbeat.beginWork();
   guard.letGo();
   seat.flush();
 }
 
-int guardMain(const GuardDisplay& display, int channelFd, Heartbeat& heartbeat, int lifeline) {
+int guardMain(const GuardDisplay& display, const GuardedProgram& guarded, Heartbeat& heartbeat,
+              int lifeline) try {
   ::prctl(PR_SET_NAME, "keyboard-guard");
-  GuardChannel channel(channelFd);
-  channel.sendHello();
+  ProgramEnd program(guarded);
+  auto& channel = program.channel;
+  if (channel.isOpen()) channel.sendHello();
   heartbeat.beginWork();
   try {
     const auto seat = display.openSeat();
     lockMemory();
-    serve(*seat, channel, heartbeat, lifeline);
-  } catch (const std::exception& error) {
-    std::cerr << "Kivra: " << error.what() << '\n';
+    serve(*seat, program, heartbeat, lifeline);
+  } catch (const std::exception&) {
     channel.send({.kind = ReportKind::unavailable});
-    return EXIT_FAILURE;
+    throw;
   }
-  if (channel.isForeignBuild()) {
-    std::cerr << "Kivra: программа и сторож клавиатуры разных версий\n";
-    return EXIT_FAILURE;
-  }
+  if (channel.isForeignBuild()) throw std::runtime_error(foreignBuild);
   return EXIT_SUCCESS;
+} catch (const std::exception& error) {
+  std::cerr << "Kivra: " << error.what() << '\n';
+  return EXIT_FAILURE;
 }
 
 void ignoreTerminal() {
@@ -103,7 +141,7 @@ void ignoreTerminal() {
 
 }  // namespace
 
-int runGuard(const GuardDisplay& display, int channelFd) {
+int runGuard(const GuardDisplay& display, const GuardedProgram& program) {
   ::setsid();
   ignoreTerminal();
   // Whoever starts this may ignore it.
@@ -119,10 +157,13 @@ int runGuard(const GuardDisplay& display, int channelFd) {
   if (guard < 0) return EXIT_FAILURE;
   if (guard == 0) {
     ::close(lifeline[1]);
-    ::_exit(guardMain(display, channelFd, heartbeat, lifeline[0]));
+    ::_exit(guardMain(display, program, heartbeat, lifeline[0]));
   }
   ::close(lifeline[0]);
   ::prctl(PR_SET_NAME, "keyboard-watch");
+  // A desktop ends what it has started by this, and waits for it: the guard, which is left, ends
+  // in its own time.
+  if (program.channelFd < 0) std::signal(SIGTERM, SIG_DFL);
   bool wasKilled = false;
   try {
     const auto rescue = display.openRescue();
@@ -132,7 +173,7 @@ int runGuard(const GuardDisplay& display, int channelFd) {
     // The guard meets the same display and says what it lacks.
   }
   // Only now does the program learn that the guard has ended, and may start another.
-  ::close(channelFd);
+  if (program.channelFd >= 0) ::close(program.channelFd);
   // A desktop that has started this starts it anew only when it ends like that.
   if (wasKilled) ::kill(::getpid(), SIGKILL);
   return EXIT_SUCCESS;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <functional>
 #include <memory>
 #include <string>
@@ -29,13 +30,21 @@ struct GuardDisplay {
   std::function<std::unique_ptr<KeyboardRescue>()> openRescue;
 };
 
+/// Who is told of keys.
+struct GuardedProgram {
+  /// The guard's end of the socket of the program that has started it. -1 where the desktop has:
+  int channelFd = -1;
+  std::filesystem::path place{};  ///< then programs listen here,
+  std::string executable{};       ///< and have to be this one.
+};
+
 /// Runs a guard and its watcher, a process each, in a session of their own, so that what stops or
-/// interrupts the program from its terminal reaches neither. The guard serves the program at the
-/// other end of `channelFd` until either is gone; the watcher continues a guard that has been
-/// stopped for 0.1 s, ends one that is stopped again or at work for 3 s, and lets go of what an
-/// ended guard has left down, and ends by SIGKILL after one that was killed. Answers the exit
-/// status;
+/// interrupts the program from its terminal reaches neither. The guard serves the program until
+/// either is gone or, if the desktop has started it, one program after the other; the watcher
+/// continues a guard that has been stopped for 0.1 s, ends one that is stopped again or at work for
+/// 3 s, and lets go of what an ended guard has left down, and ends by SIGKILL after one that was
+/// killed. Answers the exit status;
 /// `_exit` is meant to follow.
-int runGuard(const GuardDisplay& display, int channelFd);
+int runGuard(const GuardDisplay& display, const GuardedProgram& program);
 
 }  // namespace kivra::guard

@@ -39,6 +39,8 @@ class GuardReports {
 
   /// The program has not answered in time: the tap is off.
   void timeOut();
+  /// Whoever it was for is gone.
+  void forgetNotice() { owesNotice_ = false; }
   /// Tells of that later to a program that had stopped reading.
   void serve();
 

@@ -32,6 +32,11 @@ std::optional<KeyboardGuard::Clock::time_point> KeyboardGuard::deadline() const 
   return pauseEnd ? std::min(*pauseEnd, decision_->deadline) : decision_->deadline;
 }
 
+void KeyboardGuard::forgetProgram() {
+  setEnabled(false);
+  reports_.forgetNotice();
+}
+
 void KeyboardGuard::letGo() {
   // What has been erased is typed, whether or not the application had its time.
   while (const auto pauseEnd = player_.pauseEnd()) {

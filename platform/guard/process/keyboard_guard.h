@@ -46,6 +46,9 @@ class KeyboardGuard : public SeatListener {
   /// When `serve` wants to be called at the latest; nothing while only input matters.
   std::optional<Clock::time_point> deadline() const;
 
+  /// The program is gone: every key passes until another one listens.
+  void forgetProgram();
+
   /// Types to its end what is being typed, and lets every key go on that waits: the guard ends.
   void letGo();
 

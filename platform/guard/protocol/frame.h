@@ -55,6 +55,8 @@ class Greeting {
  public:
   /// True for a frame that may be read on: the other end has greeted and is of this version.
   bool accepts(const Frame& frame);
+  /// It has greeted, and is of this version.
+  bool isHeard() const { return isHeard_; }
   /// It has turned out to be of another build.
   bool isForeign() const { return isForeign_; }
 

@@ -4,13 +4,16 @@
 
 #include <gtest/gtest.h>
 #include <poll.h>
+#include <unistd.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "platform/embedded/virtual_time.h"
 #include "platform/guard/lent_guards.h"
+#include "platform/guard/process/program_finder.h"
 
 namespace kivra::guard {
 namespace {
@@ -24,6 +27,9 @@ struct Lines : Log {
 
 class GuardEventTapsTest : public testing::Test {
  protected:
+  explicit GuardEventTapsTest(std::unique_ptr<GuardDoor> door = nullptr)
+      : link(KIVRA_LENDING_GUARD, std::move(door)) {}
+
   /// Starts the tap and its guard.
   void start() {
     taps.setConsumableKeys({{.keyCode = key_codes::space}});
@@ -76,7 +82,7 @@ class GuardEventTapsTest : public testing::Test {
   Lines log;
   PostedKeys posted;
   std::optional<std::uint32_t> group;
-  GuardLink link{KIVRA_LENDING_GUARD};
+  GuardLink link;
   int refusals = 0;
   std::chrono::milliseconds pause{0};
   bool hasSelection = false;
@@ -277,6 +283,42 @@ TEST_F(GuardEventTapsTest, NoGuardIsStartedForATapThatIsGone) {
   port.reset();
   time.runFor(60s);
   EXPECT_EQ(link.fd(), -1);
+}
+
+class AwaitedGuardTest : public GuardEventTapsTest {
+ protected:
+  AwaitedGuardTest() : GuardEventTapsTest(std::make_unique<GuardDoor>(place(), own(), log)) {}
+  ~AwaitedGuardTest() override { std::filesystem::remove_all(place().parent_path()); }
+
+  static std::string own() { return std::filesystem::read_symlink("/proc/self/exe"); }
+  static std::filesystem::path place() {
+    return std::filesystem::temp_directory_path() /
+           ("kivra-awaited-" + std::to_string(::getpid())) / "guards";
+  }
+  /// A guard comes, and the program notices.
+  void come() {
+    guard = std::make_unique<LentGuards::Guard>(ProgramFinder(place(), own()).find());
+    read();
+    greetAndBeReady();
+  }
+};
+
+TEST_F(AwaitedGuardTest, IsToldAllWheneverOneComes) {
+  taps.setConsumableKeys({{.keyCode = key_codes::space}});
+  port = taps.eventTapCreate(
+      ~0ULL, [this](EventType type, const Event& event) { return callback(type, event); });
+  taps.runLoopAddSource(*taps.createRunLoopSource(*port));
+  taps.eventTapEnable(*port, true);
+  for (int i = 1; i <= 2; ++i) {
+    come();
+    EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::setConsumable);
+    EXPECT_EQ(guard->channel.receive()->order.kind, OrderKind::enable);
+    report({.number = 1, .kind = ReportKind::keyDown});
+    EXPECT_EQ(events.size(), static_cast<std::size_t>(i));
+    end();
+    EXPECT_EQ(refusals, i) << "what it has not typed nobody will";
+    EXPECT_EQ(link.fd(), -1);
+  }
 }
 
 // More than a socket takes.

@@ -85,15 +85,23 @@ bool isReadable(int fd) {
 
 GuardedPipes::GuardedPipes(Fault fault) {
   std::array<int, 2> ends{};
-  if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0 ||
-      ::pipe2(input_.data(), O_CLOEXEC) != 0 || ::pipe2(output_.data(), O_CLOEXEC) != 0) {
+  if (::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends.data()) != 0) {
+    throw std::runtime_error("no socket");
+  }
+  programFd_ = ends[0];
+  start(fault, {.channelFd = ends[1]});
+  ::close(ends[1]);
+}
+
+GuardedPipes::GuardedPipes(const GuardedProgram& program) { start(Fault::none, program); }
+
+void GuardedPipes::start(Fault fault, const GuardedProgram& program) {
+  if (::pipe2(input_.data(), O_CLOEXEC) != 0 || ::pipe2(output_.data(), O_CLOEXEC) != 0) {
     throw std::runtime_error("no pipes");
   }
   ::fcntl(input_[0], F_SETFL, O_NONBLOCK);
-  programFd_ = ends[0];
   watcher_ = ::fork();
-  if (watcher_ == 0) run(fault, ends[1]);
-  ::close(ends[1]);
+  if (watcher_ == 0) run(fault, program);
   ::close(input_[0]);
   ::close(std::exchange(output_[1], -1));
 }
@@ -107,8 +115,8 @@ GuardedPipes::~GuardedPipes() {
   ::waitpid(watcher_, nullptr, 0);
 }
 
-void GuardedPipes::run(Fault fault, int channelFd) {
-  ::close(programFd_);
+void GuardedPipes::run(Fault fault, const GuardedProgram& program) {
+  if (programFd_ >= 0) ::close(programFd_);
   ::close(input_[1]);
   ::close(output_[0]);
   const auto openSeat = [this, fault]() -> std::unique_ptr<Seat> {
@@ -116,7 +124,7 @@ void GuardedPipes::run(Fault fault, int channelFd) {
     return std::make_unique<PipedSeat>(input_[0], output_[1]);
   };
   const auto openRescue = [this] { return std::make_unique<PipedRescue>(output_[1]); };
-  ::_exit(runGuard({.openSeat = openSeat, .openRescue = openRescue}, channelFd));
+  ::_exit(runGuard({.openSeat = openSeat, .openRescue = openRescue}, program));
 }
 
 void GuardedPipes::hangUp() {

@@ -29,6 +29,8 @@ class GuardedPipes {
 
   enum class Fault { none, noSeat };
   explicit GuardedPipes(Fault fault = Fault::none);
+  /// With a guard that looks for its program itself.
+  explicit GuardedPipes(const GuardedProgram& program);
   ~GuardedPipes();
   GuardedPipes(const GuardedPipes&) = delete;
   GuardedPipes& operator=(const GuardedPipes&) = delete;
@@ -37,6 +39,8 @@ class GuardedPipes {
   /// Known once the seat is open.
   pid_t guard() const { return guard_; }
   int program() const { return programFd_; }
+  /// The program's end of the socket, from here on.
+  void meet(int fd) { programFd_ = fd; }
   void hangUp();
 
   void send(Input kind, std::uint16_t evdev = 0, bool isDown = true);
@@ -55,7 +59,8 @@ class GuardedPipes {
   bool wereKeysLetGo() const { return letGo_; }
 
  private:
-  [[noreturn]] void run(Fault fault, int channelFd);
+  void start(Fault fault, const GuardedProgram& program);
+  [[noreturn]] void run(Fault fault, const GuardedProgram& program);
 
   std::array<int, 2> input_{};
   std::array<int, 2> output_{};
