@@ -60,6 +60,8 @@ class KeyboardSession {
   /// Connects unless connected; false while the session cannot serve, for the reason `problem`: a
   /// line for the user, empty while there is none.
   virtual bool connect() = 0;
+  /// The same when the user asks for it: it may change the desktop's settings, as `problem` says.
+  virtual bool request() { return connect(); }
   virtual std::string problem() const = 0;
   /// The same, short enough for a menu.
   virtual std::string impediment() const { return problem(); }

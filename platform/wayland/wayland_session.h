@@ -5,21 +5,17 @@
 
 #include "platform/guard/guarded_keyboard.h"
 #include "platform/guard/keyboard_session.h"
-#include "platform/wayland/client/connection.h"
-#include "platform/wayland/client/toplevel_watch.h"
+#include "platform/wayland/compositor_kind.h"
 #include "platform/wayland/seat_keymap.h"
 #include "platform/wayland/wayland_pasteboard.h"
 #include "platform/wayland/wayland_workspace.h"
 
 namespace kivra::wayland {
 
-/// The compositor of the environment, if it has all that the program and its guard need; else null.
-std::unique_ptr<Connection> servingCompositor();
-
-/// A session of such a compositor.
+/// A session of a compositor.
 class WaylandSession : public guard::KeyboardSession {
  public:
-  WaylandSession(std::unique_ptr<Connection> compositor, Environment environment);
+  WaylandSession(ServingCompositor compositor, Environment environment);
 
   EventTaps& eventTaps() override { return keyboard_.eventTaps; }
   EventPosting& eventPosting() override { return keyboard_.eventPosting; }
@@ -28,6 +24,7 @@ class WaylandSession : public guard::KeyboardSession {
   Pasteboard& pasteboard() override { return pasteboard_; }
 
   bool connect() override { return problem().empty(); }
+  bool request() override;
   std::string problem() const override;
   std::string impediment() const override;
   bool isGuardRunning() const override { return keyboard_.isGuardRunning(); }
@@ -41,11 +38,11 @@ class WaylandSession : public guard::KeyboardSession {
 
  private:
   void readEvents();
-  bool isInputMethodTaken();
 
   Environment environment_;
   std::unique_ptr<Connection> compositor_;
-  ToplevelWatch toplevels_;
+  std::unique_ptr<CompositorKind> kind_;
+  std::unique_ptr<WindowWatch> windows_;
   SeatKeymap keymap_;
   WaylandWorkspace workspace_;
   WaylandPasteboard pasteboard_;

@@ -12,7 +12,7 @@ std::optional<std::string> WaylandWorkspace::frontmostBundleIdentifier() {
 
 std::optional<std::string> WaylandWorkspace::activeApplication() {
   environment_.readEvents();
-  return toplevels_.activeApplication();
+  return windows_.activeApplication();
 }
 
 }  // namespace kivra::wayland

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/wayland/client/toplevel_watch.h"
+#include "platform/wayland/client/window_watch.h"
 #include "platform/workspace.h"
 
 namespace kivra::wayland {
@@ -23,8 +23,8 @@ class WaylandWorkspace : public Workspace {
     std::function<void(std::string_view)> open;  ///< opens an address
   };
 
-  WaylandWorkspace(const ToplevelWatch& toplevels, Environment environment)
-      : toplevels_(toplevels), environment_(std::move(environment)) {}
+  WaylandWorkspace(const WindowWatch& windows, Environment environment)
+      : windows_(windows), environment_(std::move(environment)) {}
 
   std::optional<std::string> frontmostBundleIdentifier() override;
 
@@ -41,7 +41,7 @@ class WaylandWorkspace : public Workspace {
  private:
   std::optional<std::string> activeApplication();
 
-  const ToplevelWatch& toplevels_;
+  const WindowWatch& windows_;
   Environment environment_;
 };
 

@@ -33,26 +33,29 @@ int listenAt(const std::filesystem::path& path) {
 
 }  // namespace
 
-KwinServer::KwinServer() : listener_(listenAt(path("guards"))) {
+KwinServer::KwinServer(const Options& options)
+    : environment_(bus_.environment()), listener_(listenAt(path("guards"))) {
   std::filesystem::create_directories(path("config"));
   std::ofstream(path("config") / "kxkbrc") << "[Layout]\nLayoutList=us,ru\nUse=true\n";
+  std::ofstream(path("config") / "kwinrc") << options.configuration;
   // KWin has a capability that not every container grants; a copy has none.
   std::filesystem::copy_file("/usr/bin/kwin_wayland", path("kwin_wayland"));
-  auto environment = bus_.environment();
-  environment.insert({{"KWIN_COMPOSE", "Q"},
-                      {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", "1"},
-                      {"KIVRA_GUARDS", path("guards")}});
+  for (const auto& [name, value] : options.environment) environment_[name] = value;
+  auto own = environment_;
+  own.insert({{"KWIN_COMPOSE", "Q"},
+              {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", "1"},
+              {"KIVRA_GUARDS", path("guards")}});
+  std::vector<std::string> command = {path("kwin_wayland"), "--virtual", "--no-lockscreen",
+                                      "--socket", display};
+  if (options.hasTestsGuard) command.insert(command.end(), {"--inputmethod", KIVRA_GUARD_FOR_KWIN});
   kwin_ = std::make_unique<ChildProcess>(
-      std::vector<std::string>{path("kwin_wayland"), "--virtual", "--no-lockscreen", "--socket",
-                               display, "--inputmethod", KIVRA_GUARD_FOR_KWIN},
-      ChildProcess::Options{.environment = environment, .outputFile = path("kwin.log")});
+      command, ChildProcess::Options{.environment = own, .outputFile = path("kwin.log")});
   if (!waitFor([this] { return isServed(path(display)); }, std::chrono::seconds(20))) {
-    std::ifstream log(path("kwin.log"));
-    throw std::runtime_error("KWin does not start: " +
-                             std::string(std::istreambuf_iterator(log), {}));
+    throw std::runtime_error("KWin does not start: " + readFile("kwin.log"));
   }
-  bus_.enter();
-  ::setenv("WAYLAND_DISPLAY", display, 1);
+  environment_["WAYLAND_DISPLAY"] = display;
+  environment_["XDG_SESSION_TYPE"] = "wayland";
+  for (const auto& [name, value] : environment_) ::setenv(name.c_str(), value.c_str(), 1);
 }
 
 KwinServer::~KwinServer() {
@@ -60,18 +63,16 @@ KwinServer::~KwinServer() {
   ::close(listener_);
 }
 
-Environment KwinServer::environment() const {
-  auto environment = bus_.environment();
-  environment["WAYLAND_DISPLAY"] = display;
-  environment["XDG_SESSION_TYPE"] = "wayland";
-  return environment;
+std::string KwinServer::readFile(const std::string& name) const {
+  std::ifstream file(path(name));
+  return {std::istreambuf_iterator(file), {}};
 }
 
 void KwinServer::selectLayout(int layout) const {
   const auto select = [&] {
     return outputOf({"gdbus", "call", "--session", "-d", "org.kde.keyboard", "-o", "/Layouts", "-m",
                      "org.kde.KeyboardLayouts.setLayout", std::to_string(layout)},
-                    bus_.environment());
+                    environment_);
   };
   if (!waitFor([&] { return !select().empty(); })) throw std::runtime_error("no layouts");
 }

@@ -112,7 +112,7 @@ AccessType LinuxDesktop::checkAccess() {
   return session_->problem().empty() ? AccessType::granted : AccessType::denied;
 }
 
-bool LinuxDesktop::requestAccess() { return session_->connect(); }
+bool LinuxDesktop::requestAccess() { return session_->request(); }
 
 std::string LinuxDesktop::inputMonitoringRemedy() {
   return "Клавиатуру не видно: " + session_->problem();

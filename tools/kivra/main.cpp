@@ -2,11 +2,13 @@
 #include <filesystem>
 #include <iostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/kivra_app.h"
 #include "linux_desktop.h"
 #include "platform/qt/qt_application.h"
+#include "platform/session/kwin_input_method.h"
 #include "platform/session/session_client.h"
 #include "program_options.h"
 #include "session_choice.h"
@@ -16,13 +18,15 @@ namespace {
 
 constexpr const char* program = "kivra";
 
-constexpr const char* usage = R"(Usage: kivra [--diagnose]
+constexpr const char* usage = R"(Usage: kivra [--diagnose | --give-back-keyboard]
 
 Mends what is typed in the wrong keyboard layout, double capitals and misspellings, in the session
 in which it runs. A second start opens the settings of the first. kivractl switches it off and on
 and manages what it has learned; kivra-desk runs it without a display.
 
   --diagnose   says what the session has of all that Kivra needs, and what mends what it lacks
+  --give-back-keyboard
+               puts back the input method that KWin had before Kivra; nothing on other desktops
 
 Exit status: 0 it was ended, or runs already; 1 there is no display, or it was lost; 2 wrong usage.
 )";
@@ -67,6 +71,10 @@ int diagnose() {
 int main(int count, char** values) {
   if (const auto status = kivra::answerCommonOption({values + 1, values + count}, program, usage)) {
     return *status;
+  }
+  if (count == 2 && std::string_view(values[1]) == "--give-back-keyboard") {
+    kivra::KwinInputMethod().giveBack();
+    return EXIT_SUCCESS;
   }
   if (!kivra::hasDisplay()) return complainOfDisplay();
   kivra::qt::QtApplication application(count, values);

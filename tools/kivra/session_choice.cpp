@@ -32,7 +32,7 @@ std::string displayName() {
 
 std::unique_ptr<guard::KeyboardSession> openSession(
     guard::KeyboardSession::Environment environment) {
-  if (auto compositor = wayland::servingCompositor()) {
+  if (auto compositor = wayland::servingCompositor(); compositor.connection) {
     return std::make_unique<wayland::WaylandSession>(std::move(compositor), std::move(environment));
   }
   return std::make_unique<x11::X11Session>(std::move(environment));

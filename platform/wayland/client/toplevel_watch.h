@@ -7,25 +7,21 @@
 #include <utility>
 
 #include "platform/wayland/client/connection.h"
+#include "platform/wayland/client/window_watch.h"
 #include "wlr-foreign-toplevel-management-unstable-v1-client-protocol.h"
 
 namespace kivra::wayland {
 
-/// Which window is active. None is while the session is locked, and while what is no window of a
-/// program's has the focus.
-class ToplevelWatch {
+/// The windows of a compositor with wlroots' protocol.
+class ToplevelWatch : public WindowWatch {
  public:
   /// Throws std::runtime_error when the compositor does not tell.
   explicit ToplevelWatch(Connection& connection);
 
   bool isAnyActive() const { return active_ != nullptr; }
-  /// The application id of the active window, empty when it has none; nothing when none is active.
-  std::optional<std::string> activeApplication() const;
-  /// Whether another window has become active since this was asked.
-  bool takeMove() { return std::exchange(hasMoved_, false); }
-
-  /// Brings the window of the application that was opened last to the front.
-  void activateLast(std::string_view application, wl_seat* seat) const;
+  std::optional<std::string> activeApplication() const override;
+  bool takeMove() override { return std::exchange(hasMoved_, false); }
+  void activateLast(std::string_view application, wl_seat* seat) const override;
 
  private:
   struct Toplevel {
