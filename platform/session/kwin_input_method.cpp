@@ -13,6 +13,7 @@ namespace kivra {
 namespace {
 
 constexpr const char* group = "Wayland";
+constexpr const char* heading = "[Wayland]";
 constexpr const char* method = "InputMethod";
 // KDE's own settings write the path with the mark for variables in it.
 constexpr const char* expandedMethod = "InputMethod[$e]";
@@ -70,8 +71,6 @@ class Settings {
                                     [&](const auto& line) { return line.starts_with(key + "="); });
     return found == next ? end() : found;
   }
-
-  static inline const std::string heading = std::string("[") + group + "]";
 
   std::filesystem::path file_;
   Lines lines_;

@@ -47,6 +47,7 @@ class KivraInKwin {
                   {"DBUS_SESSION_BUS_ADDRESS", busEnvironment_["DBUS_SESSION_BUS_ADDRESS"]},
                   {"XDG_CACHE_HOME", KIVRA_E2E_CACHE}}}) {
     bus_.switchAccessibilityOn();
+    waitUntilKwinAnswers();
     compositor_ = std::make_unique<wayland::Connection>();
     windows_ = std::make_unique<wayland::PlasmaWindowWatch>(*compositor_);
     compositor_->roundtrip();
@@ -58,19 +59,21 @@ class KivraInKwin {
 
   void startKivra() { kivra = start({KIVRA_PROGRAM}, "kivra.log"); }
 
-  /// Waits until the program corrects; the dictionaries are read in the background.
-  void waitUntilItCorrects() {
-    TextWindow window(TextWindow::Content{});
+  /// Waits until the program corrects in the window: KWin shows its keys a moment after it has got
+  /// the focus, and the dictionaries are read in the background.
+  void waitUntilItCorrects(TextWindow& window) {
     const auto corrects = [&](const char* text, const char* expected) {
       window.clear();
       hand->type(text);
       return window.textAfter(expected) == expected;
     };
     // The second brings back the layout that the first one's correction has left.
-    if (!waitFor([&] { return corrects(typed, mended); }, 60s) || !corrects("hello ", "hello ")) {
+    if (!waitFor([&] { return corrects(typed, mended); }, 60s) ||
+        !waitFor([&] { return corrects("hello ", "hello "); }, 60s)) {
       throw std::runtime_error("Kivra corrects nothing: " + window.text() +
                                kwin.readFile("kivra.log") + kwin.readFile("kwin.log"));
     }
+    window.clear();
   }
 
   std::unique_ptr<ChildProcess> start(const std::vector<std::string>& command,
@@ -99,6 +102,19 @@ class KivraInKwin {
   }
 
  private:
+  /// While it starts, it waits for services of the bus.
+  static void waitUntilKwinAnswers() {
+    const auto doesAnswer = [] {
+      try {
+        const wayland::Connection connection;
+        return true;
+      } catch (const std::runtime_error&) {
+        return false;
+      }
+    };
+    if (!waitFor(doesAnswer, 60s)) throw std::runtime_error("KWin does not answer");
+  }
+
   std::filesystem::path folder_ = newFolder();
   Environment busEnvironment_{
       {"PATH", std::getenv("PATH")}, {"HOME", folder_}, {"XDG_RUNTIME_DIR", folder_}};
@@ -115,13 +131,15 @@ class KivraInKwin {
 struct RunningKivra : KivraInKwin {
   RunningKivra() {
     startKivra();
-    waitUntilItCorrects();
+    waitUntilItCorrects(window);
   }
+
+  TextWindow window{TextWindow::Content{}};
 };
 
 TEST(KivraInKwin, MendsAWordTakesItBackAndSwitchesOneByHand) {
   RunningKivra session;
-  const TextWindow window(TextWindow::Content{});
+  const auto& window = session.window;
   session.hand->type(typed);
   ASSERT_EQ(window.textAfter(mended), mended) << session.kwin.readFile("kivra.log");
   session.hand->tap(KEY_LEFTSHIFT);
@@ -138,7 +156,7 @@ TEST(KivraInKwin, MendsAWordTakesItBackAndSwitchesOneByHand) {
 TEST(KivraInKwin, TypesAnEntryOfTheDictionaryWithCharactersThatNoLayoutHas) {
   RunningKivra session;
   session.run({KIVRACTL, "dictionary", "add", "addr", "ул. Мира, 5 — €"});
-  const TextWindow window(TextWindow::Content{});
+  const auto& window = session.window;
   session.hand->type("addr ");
   EXPECT_EQ(window.textAfter("ул. Мира, 5 — € "), "ул. Мира, 5 — € ");
 }
@@ -146,7 +164,7 @@ TEST(KivraInKwin, TypesAnEntryOfTheDictionaryWithCharactersThatNoLayoutHas) {
 TEST(KivraInKwin, LeavesExcludedApplicationsAlone) {
   RunningKivra session;
   session.run({KIVRACTL, "skip", "add", "org.example.Editor"});
-  const TextWindow window(TextWindow::Content{});
+  const auto& window = session.window;
   session.hand->type("ghbdtn ghbdtn ");
   EXPECT_EQ(window.textAfter("ghbdtn ghbdtn "), "ghbdtn ghbdtn ");
 }
@@ -177,13 +195,10 @@ TEST(KivraInKwin, ServesAgainWhenItIsStartedAnew) {
   RunningKivra session;
   session.kivra->signal(SIGKILL);
   session.kivra->wait(5s);
-  {
-    const TextWindow window(TextWindow::Content{});
-    session.hand->type(typed);
-    EXPECT_EQ(window.textAfter(typed), typed);
-  }
+  session.hand->type(typed);
+  EXPECT_EQ(session.window.textAfter(typed), typed);
   session.startKivra();
-  session.waitUntilItCorrects();
+  session.waitUntilItCorrects(session.window);
 }
 
 TEST(KivraInKwin, TakesTheKeyboardWhenTheUserAsksForItAndGivesItBack) {
@@ -196,7 +211,8 @@ TEST(KivraInKwin, TakesTheKeyboardWhenTheUserAsksForItAndGivesItBack) {
   })) << "the other one is named";
   EXPECT_TRUE(holds(session.kwin.readFile("config/kwinrc"), "other.desktop"));
   reader.press(button);
-  session.waitUntilItCorrects();
+  TextWindow window(TextWindow::Content{});
+  session.waitUntilItCorrects(window);
   EXPECT_TRUE(holds(session.kwin.readFile("config/kwinrc"), "InputMethod=" + entry));
   session.run({KIVRA_PROGRAM, "--give-back-keyboard"});
   const auto settings = session.kwin.readFile("config/kwinrc");

@@ -42,7 +42,7 @@ KwinSeat::~KwinSeat() {
   if (!context_) return;
   // Keys that are on their way go on as long as there is a context for them.
   connection_.roundtrip();
-  settle();
+  KwinSeat::settle();
   grab_.reset();
   stream_.release();
   connection_.roundtrip();
