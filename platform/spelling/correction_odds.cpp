@@ -29,7 +29,7 @@ struct Weights {
   double frontLetter;  ///< the candidate behind one letter more: programs ("xmessage")
 };
 
-constexpr Weights russian = {-4.383, 0.022, 0.343,  0.064,  -0.098, -0.247, 0.475,
+constexpr Weights russian = {-4.32,  0.022, 0.343,  0.064,  -0.098, -0.247, 0.475,
                              0.565,  0.104, -0.067, -4.383, -3.779, -2.776, -0.408,
                              -1.082, -1.5,  0,      -4.5,   0};
 constexpr Weights english = {-5.132, 0.035, 0.286,  0.169,  -0.037, -0.820, 0.933,

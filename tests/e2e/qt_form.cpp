@@ -14,8 +14,10 @@ int main(int argc, char** argv) {
   QVBoxLayout column(&window);
   QLineEdit password;
   password.setEchoMode(QLineEdit::Password);
+  password.setAccessibleName("password");
   column.addWidget(&password);
   QLineEdit name;
+  name.setAccessibleName("name");
   const auto isInline = argc > 1;
   QCompleter completions(
       isInline ? QStringList{"ghbdtn!"}

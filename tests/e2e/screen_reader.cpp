@@ -98,6 +98,10 @@ ScreenReader::Control ScreenReader::waitFor(const std::string& role,
   return *found;
 }
 
+bool ScreenReader::getsFocus(const Control& control) const {
+  return e2e::waitFor([&] { return read(control.object).isFocused; });
+}
+
 void ScreenReader::press(const Control& control) const {
   bus_.call(control.object, "org.a11y.atspi.Action", "DoAction", g_variant_new("(i)", 0));
 }

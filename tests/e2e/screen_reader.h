@@ -31,6 +31,10 @@ class ScreenReader {
   /// Waits for a control of this role and name to show; throws std::runtime_error when none does.
   Control waitFor(const std::string& role, const std::string& name) const;
 
+  /// Waits until the control has the focus: its window may have it a moment before, and then takes
+  /// no keys. Answers whether it got it.
+  bool getsFocus(const Control& control) const;
+
   /// Does what a click on the control does.
   void press(const Control& control) const;
   /// Waits until the control has the focus; answers whether it got it.

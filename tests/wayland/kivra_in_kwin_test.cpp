@@ -101,6 +101,10 @@ class KivraInKwin {
     return outputOf(command, kwin.environment());
   }
 
+  ScreenReader readerOf(const std::string& application) const {
+    return {kwin.environment().at("DBUS_SESSION_BUS_ADDRESS"), application};
+  }
+
  private:
   /// While it starts, it waits for services of the bus.
   static void waitUntilKwinAnswers() {
@@ -172,6 +176,8 @@ TEST(KivraInKwin, LeavesExcludedApplicationsAlone) {
 TEST(KivraInKwin, LeavesPasswordsOfGtkAlone) {
   RunningKivra session;
   const auto dialog = session.open({"zenity", "--password"}, "zenity", "password");
+  const auto reader = session.readerOf("zenity");
+  EXPECT_TRUE(reader.getsFocus(reader.waitFor("password text", "")));
   session.hand->type(typed);
   session.hand->tap(KEY_ENTER);
   const auto expected = std::string(typed) + "\n";
@@ -182,8 +188,11 @@ TEST(KivraInKwin, LeavesPasswordsOfGtkAlone) {
 TEST(KivraInKwin, LeavesPasswordsOfQtAlone) {
   RunningKivra session;
   const auto form = session.open({"sh", "-c", KIVRA_QT_FORM " 2>/dev/null"}, "qt_form", "form");
+  const auto reader = session.readerOf("qt_form");
+  EXPECT_TRUE(reader.getsFocus(reader.waitFor("text", "password")));
   session.hand->type(typed);
   session.hand->tap(KEY_TAB);
+  EXPECT_TRUE(reader.getsFocus(reader.waitFor("text", "name")));
   session.hand->type("x");
   session.hand->tap(KEY_ENTER);
   const auto expected = std::string(typed) + "|x\n";
@@ -204,7 +213,7 @@ TEST(KivraInKwin, ServesAgainWhenItIsStartedAnew) {
 TEST(KivraInKwin, TakesTheKeyboardWhenTheUserAsksForItAndGivesItBack) {
   KivraInKwin session("/usr/share/applications/other.desktop");
   session.startKivra();
-  const ScreenReader reader(session.kwin.environment().at("DBUS_SESSION_BUS_ADDRESS"), "Kivra");
+  const auto reader = session.readerOf("Kivra");
   const auto button = reader.waitFor("push button", "Запросить (Input Monitoring)");
   EXPECT_TRUE(std::ranges::any_of(reader.controls(), [](const auto& control) {
     return holds(control.name, "/usr/share/applications/other.desktop");

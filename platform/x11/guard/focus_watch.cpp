@@ -1,5 +1,10 @@
 #include "platform/x11/guard/focus_watch.h"
 
+#include <X11/Xlib-xcb.h>
+
+#include <cstdlib>
+#include <memory>
+
 namespace kivra::x11 {
 
 namespace {
@@ -54,15 +59,20 @@ void FocusWatch::checkHold() {
   if (isHeldByOther_) probe();
 }
 
+// Both requests go at once: what is typed between them comes here and to nobody else.
 void FocusWatch::probe() {
-  checkBegin_ = NextRequest(display_);
-  const auto root = DefaultRootWindow(display_);
-  const auto result =
-      XGrabKeyboard(display_, root, False, GrabModeAsync, GrabModeAsync, CurrentTime);
-  if (result == GrabSuccess) XUngrabKeyboard(display_, CurrentTime);
+  checkBegin_ = XNextRequest(display_);
+  auto* const connection = XGetXCBConnection(display_);
+  const auto grab =
+      xcb_grab_keyboard(connection, 0, static_cast<xcb_window_t>(DefaultRootWindow(display_)),
+                        XCB_CURRENT_TIME, XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+  xcb_ungrab_keyboard(connection, XCB_CURRENT_TIME);
+  const std::unique_ptr<xcb_grab_keyboard_reply_t, void (*)(void*)> reply(
+      xcb_grab_keyboard_reply(connection, grab, nullptr), std::free);
   XSync(display_, False);
-  checkEnd_ = NextRequest(display_);
-  isHeldByOther_ = result == AlreadyGrabbed || result == GrabFrozen;
+  checkEnd_ = XNextRequest(display_);
+  isHeldByOther_ = reply && (reply->status == XCB_GRAB_STATUS_ALREADY_GRABBED ||
+                             reply->status == XCB_GRAB_STATUS_FROZEN);
 }
 
 bool FocusWatch::isOwnCheck(const XFocusChangeEvent& event) const {

@@ -13,6 +13,7 @@
 #include "platform/platform_error.h"
 #include "platform/qt/qt_run_loop.h"
 #include "sway_server.h"
+#include "x_session.h"
 
 namespace kivra::wayland {
 namespace {
@@ -57,7 +58,7 @@ TEST_F(WaylandPasteboardTest, GivesBackEverythingThatAnotherProgramOffered) {
   ours->clearContents();
   ours->setString("замена", pasteboardTypeString);
   EXPECT_EQ(another->stringForType(pasteboardTypeString), "замена");
-  EXPECT_FALSE(owner->isOwner());
+  EXPECT_TRUE(e2e::waitFor([&] { return !owner->isOwner(); }));
   owner.reset();
   putBack(*ours, items);
   const auto after = another->pasteboardItems();
