@@ -12,6 +12,7 @@
 
 #include "platform/events.h"
 #include "platform/guard/guard_door.h"
+#include "platform/guard/logged_lines.h"
 #include "platform/guard/piped_display.h"
 
 namespace kivra::guard {
@@ -25,11 +26,6 @@ std::filesystem::path newFolder() {
   std::string pattern = std::filesystem::temp_directory_path() / "kivra-guards-XXXXXX";
   return ::mkdtemp(pattern.data());
 }
-
-struct Lines : Log {
-  void log(std::string_view line) override { lines.emplace_back(line); }
-  std::vector<std::string> lines;
-};
 
 class DesktopsGuard : public testing::Test {
  protected:
@@ -64,7 +60,7 @@ class DesktopsGuard : public testing::Test {
 
   std::filesystem::path folder = newFolder();
   std::filesystem::path place = folder / "guards";
-  Lines log;
+  LoggedLines log;
   GuardedPipes pipes{GuardedProgram{.place = place, .executable = own}};
 };
 

@@ -13,17 +13,13 @@
 
 #include "platform/embedded/virtual_time.h"
 #include "platform/guard/lent_guards.h"
+#include "platform/guard/logged_lines.h"
 #include "platform/guard/process/program_finder.h"
 
 namespace kivra::guard {
 namespace {
 
 using namespace std::chrono_literals;
-
-struct Lines : Log {
-  void log(std::string_view line) override { lines.emplace_back(line); }
-  std::vector<std::string> lines;
-};
 
 class GuardEventTapsTest : public testing::Test {
  protected:
@@ -79,7 +75,7 @@ class GuardEventTapsTest : public testing::Test {
   LentGuards guards;
   embedded::Effects effects{nullptr};
   embedded::VirtualTime time{effects};
-  Lines log;
+  LoggedLines log;
   PostedKeys posted;
   std::optional<std::uint32_t> group;
   GuardLink link;
