@@ -1,33 +1,31 @@
 #pragma once
 
-#include <cstdint>
 #include <functional>
-#include <string>
+#include <utility>
 
 #include "platform/guard/display_layouts.h"
-#include "platform/wayland/client/connection.h"
+#include "platform/wayland/client/compiled_map.h"
+#include "platform/wayland/client/keymap_watch.h"
 
 namespace kivra::wayland {
 
-/// The keyboard map that the compositor gives its clients. Known once events have been read.
+/// The layouts of the compositor's keyboard map.
 class SeatKeymap : public guard::DisplayLayouts {
  public:
   /// `changed` is called when there is another map. Throws std::runtime_error without a seat.
-  SeatKeymap(Connection& connection, std::function<void()> changed);
+  SeatKeymap(Connection& connection, std::function<void()> changed)
+      : watch_(connection, std::move(changed)) {}
 
-  bool isConnected() const override { return !text_.empty(); }
-  xkb_keymap* newKeymap() override;
+  bool isConnected() const override { return !watch_.text().empty(); }
+  xkb_keymap* newKeymap() override {
+    const auto map = compiledMap(watch_.text());
+    return map ? xkb_keymap_ref(map.get()) : nullptr;
+  }
 
-  wl_seat* seat() const { return seat_.get(); }
+  wl_seat* seat() const { return watch_.seat(); }
 
  private:
-  void takeCapabilities(std::uint32_t capabilities);
-  void takeMap(std::uint32_t format, std::int32_t fd, std::uint32_t size);
-
-  std::function<void()> changed_;
-  Owned<wl_seat> seat_;
-  Owned<wl_keyboard> keyboard_{nullptr, wl_keyboard_destroy};
-  std::string text_;  // kept when the seat's last keyboard goes: another will have the same
+  KeymapWatch watch_;
 };
 
 }  // namespace kivra::wayland

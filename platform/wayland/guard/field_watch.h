@@ -19,6 +19,7 @@ class FieldWatch {
   void enter(const Content& content);
   void leave();
 
+  bool isInField() const { return isInField_; }
   /// It is for a password, or for what is to be kept from others.
   bool isSecret() const;
   /// Whether the focus has gone from or to a field since this was asked.

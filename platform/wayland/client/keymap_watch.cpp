@@ -1,6 +1,4 @@
-#include "platform/wayland/seat_keymap.h"
-
-#include <xkbcommon/xkbcommon.h>
+#include "platform/wayland/client/keymap_watch.h"
 
 #include <utility>
 
@@ -9,16 +7,16 @@
 
 namespace kivra::wayland {
 
-SeatKeymap::SeatKeymap(Connection& connection, std::function<void()> changed)
+KeymapWatch::KeymapWatch(Connection& connection, std::function<void()> changed)
     : changed_(std::move(changed)),
       seat_(connection.bind<wl_seat>(wl_seat_interface), wl_seat_destroy) {
   static constexpr wl_seat_listener listener = {
-      .capabilities = Calls<&SeatKeymap::takeCapabilities>{}, .name = Ignores{}};
+      .capabilities = Calls<&KeymapWatch::takeCapabilities>{}, .name = Ignores{}};
   wl_seat_add_listener(seat_.get(), &listener, this);
 }
 
-void SeatKeymap::takeCapabilities(std::uint32_t capabilities) {
-  static constexpr wl_keyboard_listener listener = {.keymap = Calls<&SeatKeymap::takeMap>{},
+void KeymapWatch::takeCapabilities(std::uint32_t capabilities) {
+  static constexpr wl_keyboard_listener listener = {.keymap = Calls<&KeymapWatch::takeMap>{},
                                                     .enter = Ignores{},
                                                     .leave = Ignores{},
                                                     .key = Ignores{},
@@ -31,16 +29,11 @@ void SeatKeymap::takeCapabilities(std::uint32_t capabilities) {
 }
 
 // Told whenever another keyboard of the seat is typed on.
-void SeatKeymap::takeMap(std::uint32_t /*format*/, std::int32_t fd, std::uint32_t size) {
+void KeymapWatch::takeMap(std::uint32_t /*format*/, std::int32_t fd, std::uint32_t size) {
   auto text = takeMapText(fd, size);
   if (text.empty() || text == text_) return;
   text_ = std::move(text);
   changed_();
-}
-
-xkb_keymap* SeatKeymap::newKeymap() {
-  const auto map = compiledMap(text_);
-  return map ? xkb_keymap_ref(map.get()) : nullptr;
 }
 
 }  // namespace kivra::wayland
