@@ -15,7 +15,7 @@ bool hasDisplay();
 std::string displayName();
 
 /// The session that the environment names, not yet connected: that of a Wayland compositor that has
-/// what the program needs, else that of the X server.
+/// what the program needs, that of GNOME Shell, else that of the X server.
 std::unique_ptr<guard::KeyboardSession> openSession(
     guard::KeyboardSession::Environment environment);
 

@@ -3,6 +3,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "platform/ibus/guard/ibus_guard_display.h"
 #include "platform/wayland/guard/wayland_guard_display.h"
 #include "platform/x11/guard/x11_guard_display.h"
 
@@ -23,6 +24,7 @@ guard::GuardDisplay noDisplay() {
 
 guard::GuardDisplay sessionDisplay() {
   if (auto display = wayland::waylandGuardDisplay()) return *display;
+  if (auto display = ibus::ibusGuardDisplay()) return *display;
   return std::getenv("DISPLAY") == nullptr ? noDisplay() : x11::x11GuardDisplay();
 }
 
