@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "fake-input-client-protocol.h"
+#include "remote_keyboard.h"
 
 namespace kivra::e2e {
 
@@ -65,6 +66,7 @@ class FakeKeyboard : public wayland::KeyOutlet {
 };
 
 std::unique_ptr<wayland::KeyOutlet> keyboardOf(wayland::Connection& connection, wl_seat* seat) {
+  if (connection.serverName() == "gnome-shell") return std::make_unique<RemoteKeyboard>();
   if (connection.offers(org_kde_kwin_fake_input_interface)) {
     return std::make_unique<FakeKeyboard>(connection);
   }
