@@ -10,8 +10,8 @@ wrong: a word typed in the wrong keyboard layout, two capitals at the start, a
 close misspelling, an entry of the user's own dictionary. A double tap of Shift
 takes the last change back. Hotkeys translate and correct the selected text.
 
-It works in X11 sessions and in those of wlroots compositors; kivra-desk runs it
-without a display.")
+It works in X11 sessions, in those of wlroots compositors and in GNOME on
+Wayland; kivra-desk runs it without a display.")
 set(CPACK_STRIP_FILES ON)
 # The autostart entry lies outside the prefix.
 set(CPACK_SET_DESTDIR ON)
@@ -30,7 +30,7 @@ if(KIVRA_DESKTOP)
          ", qt6-wayland, at-spi2-core, default-dbus-session-bus | dbus-session-bus")
   # Used when they are there: the keychain, what opens pages, the offline translator.
   set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "libsecret-1-0, gnome-keyring | kwalletmanager, xdg-utils")
-  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "apertium")
+  set(CPACK_DEBIAN_PACKAGE_SUGGESTS "apertium, ibus")
   set(CPACK_DEBIAN_PACKAGE_CONTROL_EXTRA ${CMAKE_CURRENT_SOURCE_DIR}/debian/conffiles)
 endif()
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
