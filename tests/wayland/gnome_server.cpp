@@ -13,7 +13,7 @@ namespace kivra::e2e {
 
 namespace {
 
-constexpr auto display = "wayland-8";
+constexpr auto shellDisplay = "wayland-8";
 constexpr auto extension = "kivra-input-source@kivra";
 const BusObject shellObject = {"org.gnome.Shell", "/org/gnome/Shell"};
 
@@ -32,9 +32,9 @@ GnomeServer::GnomeServer()
        {"XDG_SESSION_TYPE", "wayland"}});
   shell_ = std::make_unique<ChildProcess>(
       std::vector<std::string>{"gnome-shell", "--headless", "--wayland", "--no-x11",
-                               "--virtual-monitor", "1024x768", "--wayland-display", display},
+                               "--virtual-monitor", "1024x768", "--wayland-display", shellDisplay},
       ChildProcess::Options{.environment = environment_, .outputFile = path("shell.log")});
-  environment_["WAYLAND_DISPLAY"] = display;
+  environment_["WAYLAND_DISPLAY"] = shellDisplay;
   // The shell opens it as the last step of its start; until it is closed, no window has the focus.
   waitForOverview(true);
   showOverview(false);

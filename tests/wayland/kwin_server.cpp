@@ -18,7 +18,7 @@ namespace kivra::e2e {
 
 namespace {
 
-constexpr auto display = "wayland-9";
+constexpr auto kwinDisplay = "wayland-9";
 
 int listenAt(const std::filesystem::path& path) {
   sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
@@ -46,7 +46,7 @@ KwinServer::KwinServer(const Options& options)
               {"KWIN_WAYLAND_NO_PERMISSION_CHECKS", "1"},
               {"KIVRA_GUARDS", path("guards")}});
   std::vector<std::string> command = {path("kwin_wayland"), "--virtual", "--no-lockscreen",
-                                      "--socket", display};
+                                      "--socket", kwinDisplay};
   // Root's KWin would be served before all else on the machine, other tests' sessions among it.
   if (::geteuid() == 0) {
     command.insert(command.begin(), {"setpriv", "--bounding-set", "-sys_nice"});
@@ -54,10 +54,10 @@ KwinServer::KwinServer(const Options& options)
   if (options.hasTestsGuard) command.insert(command.end(), {"--inputmethod", KIVRA_GUARD_FOR_KWIN});
   kwin_ = std::make_unique<ChildProcess>(
       command, ChildProcess::Options{.environment = own, .outputFile = path("kwin.log")});
-  if (!waitFor([this] { return isServed(path(display)); }, std::chrono::seconds(20))) {
+  if (!waitFor([this] { return isServed(path(kwinDisplay)); }, std::chrono::seconds(20))) {
     throw std::runtime_error("KWin does not start: " + readFile("kwin.log"));
   }
-  environment_["WAYLAND_DISPLAY"] = display;
+  environment_["WAYLAND_DISPLAY"] = kwinDisplay;
   environment_["XDG_SESSION_TYPE"] = "wayland";
   for (const auto& [name, value] : environment_) ::setenv(name.c_str(), value.c_str(), 1);
 }
