@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,8 +24,12 @@ using namespace std::chrono_literals;
 
 class GuardEventTapsTest : public testing::Test {
  protected:
-  explicit GuardEventTapsTest(std::unique_ptr<GuardDoor> door = nullptr)
-      : link(KIVRA_LENDING_GUARD, std::move(door)) {}
+  /// With a place guards are not started, but come there.
+  explicit GuardEventTapsTest(const std::optional<std::filesystem::path>& place = {})
+      : link(KIVRA_LENDING_GUARD,
+             place ? std::make_unique<GuardDoor>(place, own(), log) : nullptr) {}
+
+  static std::string own() { return std::filesystem::read_symlink("/proc/self/exe"); }
 
   /// Starts the tap and its guard.
   void start() {
@@ -283,10 +288,9 @@ TEST_F(GuardEventTapsTest, NoGuardIsStartedForATapThatIsGone) {
 
 class AwaitedGuardTest : public GuardEventTapsTest {
  protected:
-  AwaitedGuardTest() : GuardEventTapsTest(std::make_unique<GuardDoor>(place(), own(), log)) {}
+  AwaitedGuardTest() : GuardEventTapsTest(place()) {}
   ~AwaitedGuardTest() override { std::filesystem::remove_all(place().parent_path()); }
 
-  static std::string own() { return std::filesystem::read_symlink("/proc/self/exe"); }
   static std::filesystem::path place() {
     return std::filesystem::temp_directory_path() /
            ("kivra-awaited-" + std::to_string(::getpid())) / "guards";
