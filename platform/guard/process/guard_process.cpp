@@ -111,6 +111,11 @@ void serve(Seat& seat, ProgramEnd& program, Heartbeat& heartbeat, int lifeline) 
   seat.flush();
 }
 
+int complain(const std::exception& error) {
+  std::cerr << "Kivra: " << error.what() << '\n';
+  return EXIT_FAILURE;
+}
+
 int guardMain(const GuardDisplay& display, const GuardedProgram& guarded, Heartbeat& heartbeat,
               int lifeline) try {
   ::prctl(PR_SET_NAME, "keyboard-guard");
@@ -122,15 +127,15 @@ int guardMain(const GuardDisplay& display, const GuardedProgram& guarded, Heartb
     const auto seat = display.openSeat();
     lockMemory();
     serve(*seat, program, heartbeat, lifeline);
-  } catch (const std::exception&) {
-    channel.send({.kind = ReportKind::unavailable});
-    throw;
+  } catch (const std::exception& error) {
+    const auto status = complain(error);
+    channel.send({.kind = ReportKind::unavailable});  // whoever hears of it finds the reason
+    return status;
   }
   if (channel.isForeignBuild()) throw std::runtime_error(foreignBuild);
   return EXIT_SUCCESS;
 } catch (const std::exception& error) {
-  std::cerr << "Kivra: " << error.what() << '\n';
-  return EXIT_FAILURE;
+  return complain(error);
 }
 
 void ignoreTerminal() {
