@@ -219,17 +219,16 @@ TEST(Traps, RepeatedBackspaceEndsTheWord) {
 
 /// Keys come to Kivra before they come to anybody's grabs.
 TEST(Traps, HotkeyWorksWhereAnotherProgramGrabsTheKey) {
-  XSession session;
-  auto* const other = XOpenDisplay(session.display().c_str());
+  KivraSession desktop;
+  desktop.session.stopKivra();
+  auto* const other = XOpenDisplay(desktop.session.display().c_str());
   ASSERT_NE(other, nullptr);
   XGrabKey(other, keys::pause, 0, DefaultRootWindow(other), False, GrabModeAsync, GrabModeAsync);
   XSync(other, False);
-  session.startKivra();
-  TestWindow window(session.display());
-  Typist typist(session);
-  typist.type("ghbdtn");
-  typist.tap(keys::pause);
-  EXPECT_EQ(window.textAfter("привет"), "привет");
+  desktop.startKivra();
+  desktop.typist.type("ghbdtn");
+  desktop.typist.tap(keys::pause);
+  EXPECT_EQ(desktop.window.textAfter("привет"), "привет");
   XCloseDisplay(other);
 }
 
