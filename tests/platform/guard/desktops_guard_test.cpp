@@ -8,9 +8,7 @@
 
 #include <csignal>
 #include <filesystem>
-#include <span>
 
-#include "platform/events.h"
 #include "platform/guard/guard_door.h"
 #include "platform/guard/logged_lines.h"
 #include "platform/guard/piped_display.h"
@@ -46,12 +44,7 @@ class DesktopsGuard : public testing::Test {
   }
   /// Space is asked about, and goes on when the program is gone.
   void expectServed() {
-    const Order chords{.kind = OrderKind::setConsumable};
-    const Chord space{.keyCode = key_codes::space};
-    sendFrame(pipes.program(), FrameKind::chords, std::as_bytes(std::span(&chords, 1)),
-              std::as_bytes(std::span(&space, 1)));
-    sendRecord(pipes.program(), FrameKind::order, Order{.kind = OrderKind::enable});
-    ASSERT_TRUE(pipes.await(ReportKind::wordBroken));
+    ASSERT_TRUE(pipes.listenForSpace());
     pipes.tap(KEY_SPACE);
     EXPECT_TRUE(pipes.await(ReportKind::keyDown));
     pipes.hangUp();

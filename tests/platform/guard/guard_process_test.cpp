@@ -5,9 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <span>
 
-#include "platform/events.h"
 #include "platform/guard/piped_display.h"
 #include "platform/guard/process/guard_watcher.h"
 
@@ -28,12 +26,7 @@ class GuardProcessTest : public testing::Test {
 
   /// Space waits for a verdict, and what is typed behind it.
   void typeBehindADecision() {
-    const Order chords{.kind = OrderKind::setConsumable};
-    const Chord space{.keyCode = key_codes::space};
-    sendFrame(pipes.program(), FrameKind::chords, std::as_bytes(std::span(&chords, 1)),
-              std::as_bytes(std::span(&space, 1)));
-    sendRecord(pipes.program(), FrameKind::order, Order{.kind = OrderKind::enable});
-    ASSERT_TRUE(pipes.await(ReportKind::wordBroken));
+    ASSERT_TRUE(pipes.listenForSpace());
     pipes.tap(KEY_SPACE);
     pipes.tap(KEY_B);
     ASSERT_TRUE(pipes.await(ReportKind::keyDown));

@@ -8,9 +8,11 @@
 
 #include <csignal>
 #include <memory>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
+#include "platform/events.h"
 #include "platform/guard/screen.h"
 
 namespace kivra::guard {
@@ -160,6 +162,15 @@ std::vector<std::uint16_t> GuardedPipes::presses(std::size_t count) {
     }
   }
   return presses;
+}
+
+bool GuardedPipes::listenForSpace() {
+  const Order chords{.kind = OrderKind::setConsumable};
+  const Chord space{.keyCode = key_codes::space};
+  sendFrame(programFd_, FrameKind::chords, std::as_bytes(std::span(&chords, 1)),
+            std::as_bytes(std::span(&space, 1)));
+  sendRecord(programFd_, FrameKind::order, Order{.kind = OrderKind::enable});
+  return await(ReportKind::wordBroken).has_value();
 }
 
 std::optional<Report> GuardedPipes::await(ReportKind kind) {

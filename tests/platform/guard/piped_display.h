@@ -42,6 +42,8 @@ class GuardedPipes {
   /// The program's end of the socket, from here on.
   void meet(int fd) { programFd_ = fd; }
   void hangUp();
+  /// The program listens from now on, and may consume Space; answers whether it hears.
+  bool listenForSpace();
 
   void send(Input kind, std::uint16_t evdev = 0, bool isDown = true);
   void tap(std::uint16_t evdev);
